@@ -1,0 +1,22 @@
+# SPDX-License-Identifier: LGPL-2.1-or-later
+#
+# How every target of this project is compiled: language, warnings, visibility, sanitizers.
+# Link `project-options` PRIVATE; it never reaches people who use the libraries.
+add_library(project-options INTERFACE)
+target_compile_features(project-options INTERFACE cxx_std_17)
+target_compile_options(project-options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused -Wformat=2 -Wimplicit-fallthrough
+  -Wnull-dereference -Wextra-semi
+  $<$<BOOL:${SUBTITLES_WERROR}>:-Werror>)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(SUBTITLES_SANITIZERS)
+  target_compile_options(project-options INTERFACE
+    -fsanitize=${SUBTITLES_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(project-options INTERFACE -fsanitize=${SUBTITLES_SANITIZERS})
+endif()

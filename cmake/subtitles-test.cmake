@@ -1,0 +1,19 @@
+# SPDX-License-Identifier: LGPL-2.1-or-later
+#
+# subtitles_add_test(NAME SOURCES file... [LIBRARIES target...] [LABELS label...])
+#
+# One GoogleTest program, registered with CTest under its name. Tests see the libraries' inner
+# headers and link their objects, so that what is not exported can be tested too.
+find_package(GTest REQUIRED)
+
+function(subtitles_add_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/code/libs ${PROJECT_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE
+    ${TEST_LIBRARIES} test-support project-options GTest::gmock GTest::gtest)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT 300 LABELS "${TEST_LABELS}"
+    ENVIRONMENT "G_DEBUG=fatal-criticals;SUBTITLES_SAMPLES=${PROJECT_SOURCE_DIR}/samples;SUBTITLES_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data")
+endfunction()
