@@ -23,7 +23,8 @@ public:
     virtual BaseErrorInfo* clone() const = 0;
     virtual ~BaseErrorInfo();
 
-    /// The piece as text.
+    /// What the piece is, and the piece, for people.
+    virtual const char* name() const noexcept = 0;
     virtual String text() const = 0;
 
 protected:
@@ -66,6 +67,7 @@ public:
 
     ErrorInfo* clone() const override;
     ~ErrorInfo() override;
+    const char* name() const noexcept override { return "Detail"; }
     String text() const override { return _value; }
 
     ErrorInfo(const ErrorInfo&) = default;

@@ -45,14 +45,14 @@ private:
     String _trace;  ///< Room for the stack trace's text.
 };
 
-#define FOUNDATION_EXCEPTION(Name, Base)                              \
-    class FOUNDATION_EXPORT Name : public Base {                      \
-    public:                                                           \
-        using Base::Base;                                             \
-        ~Name() override;                                             \
-        Name(const Name&) = default;                                  \
-        Name& operator=(const Name&) = default;                       \
-        const char* className() const noexcept override;              \
+#define FOUNDATION_EXCEPTION(Name, Base)                 \
+    class FOUNDATION_EXPORT Name : public Base {         \
+    public:                                              \
+        using Base::Base;                                \
+        ~Name() override;                                \
+        Name(const Name&) = default;                     \
+        Name& operator=(const Name&) = default;          \
+        const char* className() const noexcept override; \
     }
 
 FOUNDATION_EXCEPTION(RuntimeException, Exception);

@@ -26,8 +26,7 @@ struct fmt::formatter<fn::Exception> {
     template <class Context>
     auto format(const fn::Exception& exception, Context& context) const {
         const fn::String details = fn::getInfoDescription(exception, true, {});
-        return fmt::format_to(context.out(), "{}{}{}",
-                              fn::to_string_view(exception.displayText()),
+        return fmt::format_to(context.out(), "{}{}{}", fn::to_string_view(exception.displayText()),
                               details.empty() ? "" : "\n", fn::to_string_view(details));
     }
 };

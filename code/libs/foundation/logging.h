@@ -94,10 +94,9 @@ struct Adapter {
 
     template <class... Args>
     void operator()(String format, Args&&... args) const {
-        category->log(MessageImpl<FormatterType, Args...>(priority, file, line, function,
-                                                          prettyFunction, object, tag,
-                                                          std::move(format),
-                                                          std::forward<Args>(args)...));
+        category->log(MessageImpl<FormatterType, Args...>(
+            priority, file, line, function, prettyFunction, object, tag, std::move(format),
+            std::forward<Args>(args)...));
     }
 };
 
@@ -105,7 +104,8 @@ struct Adapter {
 }  // namespace fn::logging
 
 /// Starts a log statement in a member function: `FN_LOG(Trace, FormatterF)("read %i", count)`.
-#define FN_LOG(priority, formatter)                                                            \
-    ::fn::logging::internal::Adapter<::fn::logging::internal::formatter>{                      \
-        _fn_getLoggingCategoryStatic(), ::fn::logging::Message::Priority::priority, __FILE__,  \
-        __LINE__, __func__, __PRETTY_FUNCTION__, this, _fn_getLoggingTag()}
+#define FN_LOG(priority, formatter)                                                           \
+    ::fn::logging::internal::Adapter<::fn::logging::internal::formatter> {                    \
+        _fn_getLoggingCategoryStatic(), ::fn::logging::Message::Priority::priority, __FILE__, \
+            __LINE__, __func__, __PRETTY_FUNCTION__, this, _fn_getLoggingTag()                \
+    }

@@ -19,13 +19,13 @@ class FOUNDATION_EXPORT RegularExpression {
 public:
     /// The low 32 bits are PCRE2's option bits.
     using Options = std::uint64_t;
-    static constexpr Options UTF8 = 0x80000;  ///< Pattern and subject are UTF-8.
+    static constexpr Options UTF8 = 0x80000;       ///< Pattern and subject are UTF-8.
     static constexpr Options Global = 1ULL << 36;  ///< `subst` replaces every match.
 
     struct Match {
         std::uint64_t offset = 0;  ///< Bytes from the start of the subject.
         std::uint64_t length = 0;  ///< Bytes.
-        String name;  ///< The group's name, where the pattern gives one.
+        String name;               ///< The group's name, where the pattern gives one.
     };
 
     /// Raises `fn::DataFormatException` where the pattern is no pattern.

@@ -97,7 +97,7 @@ public:
         : Parent(std::move(other)) {}
 
     enum SplitFlag {
-        KeepEmptyParts = 0,  ///< Every piece exactly as it stands.
+        KeepEmptyParts = 0,         ///< Every piece exactly as it stands.
         TrimAndSkipEmptyParts = 1,  ///< White space trimmed off each piece, empty ones left out.
     };
 
@@ -133,8 +133,9 @@ public:
     /// stay as they are: one badly encoded file name must not stop the scan of a folder.
     String toLowerCase() const;
     String toUpperCase() const;
-    /// Maps A to Z, and leaves every other byte alone.
+    /// Maps the 26 letters of ASCII, and leaves every other byte alone.
     String toLowerCaseASCII() const;
+    String toUpperCaseASCII() const;
 
     /// Decimal text of at least `width` characters, filled on the left.
     static String number(int value, int width = 0, char fill = ' ');

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "foundation/error-info.h"
+
+namespace fn {
+
+namespace internal {
+
+BaseErrorInfo::~BaseErrorInfo() = default;
+
+ErrorHolder::ErrorHolder(const ErrorHolder& other) {
+    *this = other;
+}
+
+ErrorHolder& ErrorHolder::operator=(const ErrorHolder& other) {
+    if (this != &other) {
+        _entries.clear();
+        for (const auto& [name, info] : other._entries) {
+            _entries[name].reset(info->clone());
+        }
+    }
+    return *this;
+}
+
+}  // namespace internal
+
+using DetailInfo = ErrorInfo<String, internal::DetailTag>;
+
+DetailInfo* DetailInfo::clone() const {
+    return new DetailInfo(*this);
+}
+DetailInfo::~ErrorInfo() = default;
+
+}  // namespace fn

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// Lines and whole streams. Lines are cut out of a buffer that is filled in large blocks; what has
+// been searched for a line's end is not searched again, so that one long line costs linear time.
+
+#include "foundation/stream-reader.h"
+
+#include <algorithm>
+
+namespace fn {
+
+namespace {
+
+constexpr std::size_t blockSize = 64 * 1024;
+
+}  // namespace
+
+bool StreamReader::fill() {
+    // What was handed out goes first; a buffer that holds the start of a long line only grows.
+    _buffer.erase(0, _position);
+    _position = 0;
+    const std::size_t kept = _buffer.size();
+    _buffer.resize(kept + std::max(blockSize, kept));
+    const unsigned long count = _stream->tryRead(&_buffer[kept], _buffer.size() - kept);
+    _buffer.resize(kept + count);
+    return count != 0;
+}
+
+std::experimental::optional<String> StreamReader::readLine() {
+    std::size_t searched = 0;
+    std::size_t end = _buffer.find('\n', _position);
+    while (end == String::npos) {
+        searched = _buffer.size() - _position;
+        if (!fill()) {
+            break;
+        }
+        end = _buffer.find('\n', searched);
+    }
+    const bool last = end == String::npos;
+    if (last) {
+        end = _buffer.size();
+        if (end == _position) {
+            return {};
+        }
+    }
+    std::size_t size = end - _position;
+    if (!last && size != 0 && _buffer[end - 1] == '\r') {
+        --size;
+    }
+    String line(_buffer.data() + _position, size);
+    _position = last ? end : end + 1;
+    return line;
+}
+
+void StreamReader::readEverything(ByteArray& bytes, unsigned long limit) {
+    bytes.clear();
+    const std::size_t buffered = std::min<std::size_t>(limit, _buffer.size() - _position);
+    bytes.append(_buffer.data() + _position, buffered);
+    _position += buffered;
+    std::size_t wanted = blockSize;
+    while (bytes.size() < limit) {
+        const std::size_t kept = bytes.size();
+        wanted = std::min<std::size_t>(wanted, limit - kept);
+        bytes.resize(kept + wanted);
+        const unsigned long count = _stream->tryRead(bytes.data() + kept, wanted);
+        bytes.resize(kept + count);
+        if (count < wanted) {
+            return;
+        }
+        // Doubling keeps the number of blocks, and of copies, small for large files.
+        wanted = bytes.size();
+    }
+}
+
+ByteArray StreamReader::readEverything(unsigned long limit) {
+    ByteArray bytes;
+    readEverything(bytes, limit);
+    return bytes;
+}
+
+}  // namespace fn

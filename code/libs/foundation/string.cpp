@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// Trimming, splitting and case mapping.
+
+#include "foundation/string.h"
+
+#include <algorithm>
+
+#include "foundation/exception.h"
+#include "foundation/unicode.h"
+#include "foundation/utf8-iterator.h"
+#include "foundation/utf8.h"
+
+namespace fn {
+
+namespace {
+
+bool isASCIISpace(char byte) {
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
+StringView trimmedASCII(StringView text) {
+    while (!text.empty() && isASCIISpace(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isASCIISpace(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+/// The start of the last code point of a well-formed text.
+const char* lastSequence(StringView text) {
+    const char* position = text.data() + text.size() - 1;
+    while ((static_cast<unsigned char>(*position) & 0xC0U) == 0x80U) {
+        --position;
+    }
+    return position;
+}
+
+bool isSpaceAt(const char* position, const char* end) {
+    return Unicode::isBreakingSpace(static_cast<int>(utf8::decode(position, end).codePoint));
+}
+
+StringView trimmedUTF8(StringView text) {
+    while (!text.empty() && isSpaceAt(text.data(), text.data() + text.size())) {
+        text.remove_prefix(utf8::decode(text.data(), text.data() + text.size()).size);
+    }
+    while (!text.empty()) {
+        const char* const last = lastSequence(text);
+        if (!isSpaceAt(last, text.data() + text.size())) {
+            break;
+        }
+        text.remove_suffix(static_cast<std::size_t>(text.data() + text.size() - last));
+    }
+    return text;
+}
+
+String toString(StringView text) {
+    return String(text.data(), text.size());
+}
+
+char lowerASCII(char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte;
+}
+char upperASCII(char byte) {
+    return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 32) : byte;
+}
+
+/// ASCII letters are mapped one by one, other code points by the mapping, malformed bytes copied.
+String mapCase(const String& text, char (*mapASCII)(char), int (*map)(int)) {
+    String result;
+    result.reserve(text.size());
+    const char* position = text.data();
+    const char* const end = position + text.size();
+    while (position != end) {
+        if (static_cast<unsigned char>(*position) < 0x80) {
+            result += mapASCII(*position++);
+            continue;
+        }
+        const utf8::Sequence sequence = utf8::decode(position, end);
+        if (sequence.size == 0) {
+            result += *position++;
+            continue;
+        }
+        utf8::append(result, static_cast<std::uint32_t>(map(static_cast<int>(sequence.codePoint))));
+        position += sequence.size;
+    }
+    return result;
+}
+
+}  // namespace
+
+String String::trim(bool asUTF8) const {
+    const StringView text = to_string_view(*this);
+    if (!asUTF8) {
+        return toString(trimmedASCII(text));
+    }
+    if (!utf8::isValid(text)) {
+        throw UTF8Exception("Cannot trim a text that is not valid UTF-8");
+    }
+    return toString(trimmedUTF8(text));
+}
+
+std::vector<String> String::split(char separator, SplitFlag flag, long limit) const {
+    std::vector<String> pieces;
+    const auto add = [&](StringView piece) {
+        if (flag == TrimAndSkipEmptyParts) {
+            piece = utf8::isValid(piece) ? trimmedUTF8(piece) : trimmedASCII(piece);
+            if (piece.empty()) {
+                return;
+            }
+        }
+        pieces.push_back(toString(piece));
+    };
+    StringView rest = to_string_view(*this);
+    while (limit <= 0 || static_cast<long>(pieces.size()) + 1 < limit) {
+        const std::size_t found = rest.find(separator);
+        if (found == StringView::npos) {
+            break;
+        }
+        add(rest.substr(0, found));
+        rest.remove_prefix(found + 1);
+    }
+    add(rest);
+    return pieces;
+}
+
+String String::toLowerCase() const {
+    return mapCase(*this, lowerASCII, Unicode::toLower);
+}
+String String::toUpperCase() const {
+    return mapCase(*this, upperASCII, Unicode::toUpper);
+}
+
+String String::toLowerCaseASCII() const {
+    String result(*this);
+    std::transform(result.begin(), result.end(), result.begin(), lowerASCII);
+    return result;
+}
+
+String String::toUpperCaseASCII() const {
+    String result(*this);
+    std::transform(result.begin(), result.end(), result.begin(), upperASCII);
+    return result;
+}
+
+UTF8Iterator String::beginUTF8() const {
+    return UTF8Iterator(data(), data(), data() + size());
+}
+
+UTF8Iterator String::endUTF8() const {
+    return UTF8Iterator(data() + size(), data(), data() + size());
+}
+
+}  // namespace fn
