@@ -20,3 +20,9 @@ if(SUBTITLES_SANITIZERS)
     -fsanitize=${SUBTITLES_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(project-options INTERFACE -fsanitize=${SUBTITLES_SANITIZERS})
 endif()
+
+# Fuzz targets see the branches of the libraries too; the targets themselves add libFuzzer's main.
+if(SUBTITLES_FUZZ)
+  target_compile_options(project-options INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(project-options INTERFACE -fsanitize=fuzzer-no-link)
+endif()

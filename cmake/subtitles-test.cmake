@@ -11,7 +11,7 @@ function(subtitles_add_test name)
   add_executable(${name} ${TEST_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/code/libs ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE
-    ${TEST_LIBRARIES} test-support project-options GTest::gmock GTest::gtest)
+    ${TEST_LIBRARIES} test-support test-main project-options GTest::gmock GTest::gtest)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT 300 LABELS "${TEST_LABELS}"
