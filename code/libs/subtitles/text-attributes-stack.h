@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "foundation/string.h"
+
+#include "subtitles/text-attributes.h"
+
+namespace subtitles {
+
+/// The attributes in force inside nested tags: one entry for each open tag, the newest wins.
+///
+/// Every operation takes amortised constant time however many entries there are: a file may open a
+/// tag a million times and ask after each. So nothing walks the entries; each attribute has its own
+/// stack of the values that entries set.
+class TextAttributesStack {
+public:
+    TextAttributesStack() { _newest.fill(none); }
+
+    /// Puts an entry on top. It is to have those attributes alone that its tag sets.
+    void pushAttributes(const TextAttributes& attributes);
+
+    /// Removes the newest entry, also where it has no attributes left. Does nothing without one.
+    void popAttributes();
+
+    /// Takes these attributes away from all entries, then removes entries that have none left from
+    /// the top, down to the first that has some: what a closing tag does whose file does not nest
+    /// its tags.
+    void removeAttributes(int mask);
+
+    /// All entries laid over a default record from the oldest to the newest, in the manner of
+    /// `TextAttributes::applyTextAttributes`.
+    TextAttributes cummulativeAttributes() const;
+
+private:
+    static constexpr std::size_t attributeCount = 20;
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    /// One open tag.
+    struct Entry {
+        std::uint32_t mask;      ///< The attributes that it still sets.
+        std::size_t firstValue;  ///< Its values are the ones from here to the next entry's first.
+    };
+
+    /// What one entry says of one attribute.
+    struct Value {
+        std::size_t entry;           ///< The entry that it belongs to.
+        std::size_t older;           ///< The same attribute's next older value, or `none`.
+        std::uint32_t attribute;     ///< The bit's number.
+        std::int32_t number;         ///< The value, or the index of its text.
+        std::int32_t letterSpacing;  ///< Goes along with GRAVITY.
+    };
+
+    std::vector<Entry> _entries;
+    std::vector<Value> _values;
+    std::vector<fn::String> _texts;
+    std::array<std::size_t, attributeCount> _newest;  ///< Each attribute's newest value, or `none`.
+    mutable TextAttributes _cumulative;               ///< Right but for the attributes in `_stale`.
+    mutable std::uint32_t _stale = 0;
+};
+
+}  // namespace subtitles
