@@ -31,7 +31,7 @@ std::string failure(const String& path) {
 }
 
 TEST(FileInputStream, ReadsTheWholeFile) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const std::string path = folder.writeFile("a.srt", std::string(100000, 'x'));
     FileInputStream stream(FileDescriptor::read(path));
     StreamReader reader(&stream);
@@ -39,7 +39,7 @@ TEST(FileInputStream, ReadsTheWholeFile) {
 }
 
 TEST(FileInputStream, IsShortOnlyAtTheEnd) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     FileInputStream stream(FileDescriptor::read(folder.writeFile("a.srt", "abcdef")));
     char buffer[4];
     EXPECT_EQ(stream.tryRead(buffer, 4), 4U);
@@ -52,12 +52,12 @@ TEST(FileDescriptor, MissingFileIsNamed) {
 }
 
 TEST(FileDescriptor, FolderIsRefused) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     EXPECT_EQ(failure(folder.path()), "Cannot open '" + folder.path() + "': it is a folder");
 }
 
 TEST(FileDescriptor, PipeIsRefusedAtOnce) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const std::string path = folder.path() + "/pipe.srt";
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
     EXPECT_EQ(failure(path), "Cannot open '" + path + "': it is a pipe");
@@ -68,7 +68,7 @@ TEST(FileDescriptor, DeviceIsRefused) {
 }
 
 TEST(FileDescriptor, SocketIsRefused) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const std::string path = folder.path() + "/s";
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -84,14 +84,14 @@ TEST(FileDescriptor, FileWithoutPermissionIsNamed) {
     if (::geteuid() == 0) {
         GTEST_SKIP() << "root may read everything";
     }
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const std::string path = folder.writeFile("a.srt", "text");
     ASSERT_EQ(::chmod(path.c_str(), 0), 0);
     EXPECT_EQ(failure(path), "Cannot open '" + path + "': Permission denied");
 }
 
 TEST(FileDescriptor, NameWithANulOpensNoOtherFile) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     String path(folder.writeFile("a.srt", "text"));
     path += '\0';
     path += ".srt";
@@ -99,7 +99,7 @@ TEST(FileDescriptor, NameWithANulOpensNoOtherFile) {
 }
 
 TEST(FileDescriptor, ClosesWithItsOwner) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     FileDescriptor first = FileDescriptor::read(folder.writeFile("a.srt", "text"));
     const int handle = first.handle();
     {

@@ -16,13 +16,15 @@ constexpr std::size_t blockSize = 64 * 1024;
 }  // namespace
 
 bool StreamReader::fill() {
-    // What was handed out goes first; a buffer that holds the start of a long line only grows.
-    _buffer.erase(0, _position);
+    // What was handed out goes first; a buffer that holds the start of a long line only grows. The
+    // old buffer stands until the stream has answered: it may raise.
+    String next(_buffer, _position);
+    const std::size_t kept = next.size();
+    next.resize(kept + std::max(blockSize, kept));
+    const unsigned long count = _stream->tryRead(&next[kept], next.size() - kept);
+    next.resize(kept + count);
+    _buffer.swap(next);
     _position = 0;
-    const std::size_t kept = _buffer.size();
-    _buffer.resize(kept + std::max(blockSize, kept));
-    const unsigned long count = _stream->tryRead(&_buffer[kept], _buffer.size() - kept);
-    _buffer.resize(kept + count);
     return count != 0;
 }
 
