@@ -97,10 +97,11 @@ struct FormatterF {
 template <class FormatterType, class... Args>
 class MessageImpl final : public Message {
 public:
-    MessageImpl(Priority priority, StringView file, std::int32_t line, StringView function,
-                StringView prettyFunction, const void* object, const Tag& tag, String format,
-                Args... args)
-        : Message(priority, file, line, function, prettyFunction, object, tag),
+    MessageImpl(Priority messagePriority, StringView fileName, std::int32_t lineNumber,
+                StringView functionName, StringView signature, const void* loggingObject,
+                const Tag& objectTag, String format, Args... args)
+        : Message(messagePriority, fileName, lineNumber, functionName, signature, loggingObject,
+                  objectTag),
           _format(std::move(format)),
           _args(std::forward<Args>(args)...) {}
 

@@ -65,9 +65,16 @@ public:
     /// The category of that name, made on first use, valid for the life of the process.
     Category* getCategory(const String& name);
 
-    /// Makes the sinks of all categories, those that exist included. Sinks that were in use stay
-    /// alive, since another thread may be writing to them.
+    /// Makes the sinks of all categories anew, those that exist included; null goes back to the
+    /// default. Sinks that were in use stay alive, since another thread may be writing to them.
+    ///
+    /// The factory may give null for a category whose messages nobody keeps. It must not call the
+    /// manager.
     void setSinkFactory(SinkFactory factory);
+
+    /// The same for where nobody has said where messages go: a library puts its own way of logging
+    /// here, and the program that it runs in has the last word.
+    void setDefaultSinkFactory(SinkFactory factory);
 
 private:
     struct State;
