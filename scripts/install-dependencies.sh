@@ -1,0 +1,94 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: LGPL-2.1-or-later
+#
+# Installs the Debian packages that this project is built, tested and developed with.
+#
+#   scripts/install-dependencies.sh [GROUP...]
+#
+# Groups: build (the default), test (adds what the tests and benchmarks need), demo (what makes the
+# demonstration's film), develop (formatter, linter, fuzzer, documentation). Only what is missing is
+# installed; where nothing is, no network is needed and no rights.
+set -euo pipefail
+
+build=(
+    g++
+    cmake
+    ninja-build
+    pkg-config
+    libfmt-dev
+    libglib2.0-dev
+    libgstreamer1.0-dev
+    libpcre2-dev
+    libuchardet-dev
+    libxml2-dev
+    nlohmann-json3-dev
+)
+demo=(
+    gstreamer1.0-plugins-base
+    gstreamer1.0-tools
+)
+test=(
+    libbenchmark-dev
+    libgmock-dev
+    libgtest-dev
+    python3
+)
+develop=(
+    ccache
+    clang
+    clang-format
+    clang-tidy
+    doxygen
+    libclang-rt-14-dev
+)
+
+missing=()
+
+is_installed() {
+    [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+collect_missing() {
+    local package
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "These packages are missing, and only root can install them:" >&2
+        echo "    apt-get install ${missing[*]}" >&2
+        exit 2
+    fi
+}
+
+if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+    echo "This script knows Debian and its children only. Packages: ${build[*]} ${test[*]}" >&2
+    exit 2
+fi
+
+[ $# -gt 0 ] || set -- build
+for group in "$@"; do
+    case $group in
+        build) collect_missing "${build[@]}" ;;
+        demo) collect_missing "${demo[@]}" ;;
+        test) collect_missing "${test[@]}" ;;
+        develop) collect_missing "${develop[@]}" ;;
+        *)
+            echo "Unknown group \"$group\": build, demo, test or develop" >&2
+            exit 64
+            ;;
+    esac
+done
+
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+echo "Installing ${missing[*]}" >&2
+apt=(env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 --quiet=2)
+as_root "${apt[@]}" update
+as_root "${apt[@]}" install --yes --no-install-recommends "${missing[@]}" </dev/null >&2
