@@ -25,8 +25,8 @@ public:
     };
 
     /// Starts without buffers; takes a reference to the header, which may be null.
-    SubtitleData(const fn::String& mimeType, const fn::AutoPtr<_GstBuffer>& header,
-                 TimestampUnit timestampUnit);
+    SubtitleData(const fn::String& type, const fn::AutoPtr<_GstBuffer>& streamHeader,
+                 TimestampUnit unit);
     ~SubtitleData() override;
 
     /// Readies a finished stream for playing; the loaders call it once.

@@ -44,24 +44,27 @@ private:
     /// One open tag.
     struct Entry {
         std::uint32_t mask;      ///< The attributes that it still sets.
-        std::size_t firstValue;  ///< Its values are the ones from here to the next entry's first.
+        std::size_t firstValue;  ///< Its values go from here to the next entry's first.
     };
 
     /// What one entry says of one attribute.
     struct Value {
-        std::size_t entry;           ///< The entry that it belongs to.
+        std::size_t entry;           ///< Whose value it is.
         std::size_t older;           ///< The same attribute's next older value, or `none`.
-        std::uint32_t attribute;     ///< The bit's number.
-        std::int32_t number;         ///< The value, or the index of its text.
+        std::int64_t content;        ///< The value itself; a text's place in `_texts`.
+        std::uint32_t attribute;     ///< The number of the attribute's bit.
         std::int32_t letterSpacing;  ///< Goes along with GRAVITY.
     };
+
+    void removeNewestEntry();
+    void removeAttribute(std::uint32_t attribute);
 
     std::vector<Entry> _entries;
     std::vector<Value> _values;
     std::vector<fn::String> _texts;
     std::array<std::size_t, attributeCount> _newest;  ///< Each attribute's newest value, or `none`.
-    mutable TextAttributes _cumulative;               ///< Right but for the attributes in `_stale`.
-    mutable std::uint32_t _stale = 0;
+    mutable TextAttributes _cumulative;               ///< Right but for what is in `_stale`.
+    mutable std::uint32_t _stale = 0;                 ///< The bits of what has changed.
 };
 
 }  // namespace subtitles

@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// Attributed text as bytes: the number of runs, then each run with all its fields, little-endian
+// and without padding. One list of fields serves the writer and the reader, so that they agree on
+// every field, its order and its width.
+//
+// A stream has a buffer for each cue, so making one has to be cheap: the size is known before
+// anything is written, and the bytes go straight into the buffer's own memory.
+
+#include "subtitles/attributed-text-buffer.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <type_traits>
+
+#include <gst/gst.h>
+
+#include "foundation/string.h"
+
+#include "subtitles/color.h"
+#include "subtitles/text-attributes-fields.h"
+
+namespace subtitles {
+namespace {
+
+constexpr std::size_t countSize = 4;
+constexpr std::size_t smallestRunSize = 78;  // All strings empty.
+
+// The fields of a run as they lie in the buffer. The mask comes first here, although it is the
+// record's last field.
+template <class Wire, class Run>
+void transferRun(Wire& wire, Run& run) {
+    auto& attributes = run.attributes;
+    wire.transfer(attributes.attributeMask);
+    wire.transfer(attributes.fontDescription);
+    wire.transfer(attributes.fontFamily);
+    wire.transfer(attributes.fontSizeRelative);
+    wire.transfer(attributes.fontSizeAbsolute);
+    wire.transfer(attributes.fontStyle);
+    wire.transfer(attributes.fontWeight);
+    wire.transfer(attributes.fontVariant);
+    wire.transfer(attributes.fontStretch);
+    wire.transfer(attributes.foregroundColor);
+    wire.transfer(attributes.backgroundColor);
+    wire.transfer(attributes.underline);
+    wire.transfer(attributes.underlineColor);
+    wire.transfer(attributes.rise);
+    wire.transfer(attributes.strikeThrough);
+    wire.transfer(attributes.strikeThroughColor);
+    wire.transfer(attributes.fallback);
+    wire.transfer(attributes.language);
+    wire.transfer(attributes.letterSpacing);
+    wire.transfer(attributes.gravity);
+    wire.transfer(attributes.gravityHint);
+    wire.transfer(run.text);
+}
+
+// A length has 32 bits on the wire; of a longer string, the bytes that its length leaves over are
+// written, so that what follows stays in its place.
+std::uint32_t wireLength(const fn::String& text) {
+    return static_cast<std::uint32_t>(text.size());
+}
+
+std::size_t wireSize(const AttributedText& text) {
+    std::size_t size = countSize;
+    for (const AttributedText::Run& run : text) {
+        size += smallestRunSize + wireLength(run.attributes.fontDescription) +
+                wireLength(run.attributes.fontFamily) + wireLength(run.attributes.language) +
+                wireLength(run.text);
+    }
+    return size;
+}
+
+// Writes into memory that is known to be large enough.
+class Writer {
+public:
+    explicit Writer(std::uint8_t* at) : _at(at) {}
+
+    void transfer(std::uint32_t value) {
+        const std::uint32_t bytes = GUINT32_TO_LE(value);
+        put(&bytes, sizeof bytes);
+    }
+    void transfer(const fn::String& text) {
+        const std::uint32_t length = wireLength(text);
+        transfer(length);
+        put(text.data(), length);
+    }
+    void transfer(const Color& color) {
+        const std::uint8_t bytes[] = {color.red, color.green, color.blue};
+        put(bytes, sizeof bytes);
+    }
+    void transfer(bool value) { *_at++ = value ? 1 : 0; }
+    template <class Number>
+    void transfer(Number value) {
+        static_assert(sizeof(Number) == 4, "all other fields are 32-bit integers");
+        transfer(static_cast<std::uint32_t>(value));
+    }
+
+private:
+    void put(const void* bytes, std::size_t size) {
+        std::memcpy(_at, bytes, size);
+        _at += size;
+    }
+
+    std::uint8_t* _at;
+};
+
+// Reads until the bytes run out; from then on it is not good and changes nothing.
+class Reader {
+public:
+    Reader(const std::uint8_t* bytes, std::size_t size) : _at(bytes), _left(size) {}
+
+    bool good() const { return _good; }
+    std::size_t left() const { return _left; }
+
+    void transfer(std::uint32_t& value) {
+        if (const std::uint8_t* const bytes = take(sizeof value)) {
+            value = GST_READ_UINT32_LE(bytes);
+        }
+    }
+    void transfer(fn::String& text) {
+        std::uint32_t length = 0;
+        transfer(length);
+        if (const std::uint8_t* const bytes = take(length)) {
+            text.assign(reinterpret_cast<const char*>(bytes), length);
+        }
+    }
+    void transfer(Color& color) {
+        if (const std::uint8_t* const bytes = take(3)) {
+            color = {bytes[0], bytes[1], bytes[2]};
+        }
+    }
+    void transfer(bool& value) {
+        if (const std::uint8_t* const byte = take(1)) {
+            value = *byte != 0;
+        }
+    }
+    template <class Number>
+    void transfer(Number& value) {
+        static_assert(sizeof(Number) == 4, "all other fields are 32-bit integers");
+        std::uint32_t number = 0;
+        transfer(number);
+        value = static_cast<Number>(number);
+    }
+
+private:
+    const std::uint8_t* take(std::size_t size) {
+        _good = _good && size <= _left;
+        if (!_good) {
+            return nullptr;
+        }
+        const std::uint8_t* const bytes = _at;
+        _at += size;
+        _left -= size;
+        return bytes;
+    }
+
+    const std::uint8_t* _at;
+    std::size_t _left;
+    bool _good = true;
+};
+
+// Keeps a buffer mapped as long as it lives.
+class Mapping {
+public:
+    Mapping(_GstBuffer* buffer, GstMapFlags flags) : _buffer(buffer) {
+        _mapped = buffer != nullptr && gst_buffer_map(buffer, &_info, flags) != FALSE;
+    }
+    Mapping(const Mapping&) = delete;
+    Mapping& operator=(const Mapping&) = delete;
+    ~Mapping() {
+        if (_mapped) {
+            gst_buffer_unmap(_buffer, &_info);
+        }
+    }
+
+    std::uint8_t* data() const { return _mapped ? _info.data : nullptr; }
+    std::size_t size() const { return _mapped ? _info.size : 0; }
+
+private:
+    _GstBuffer* _buffer;
+    GstMapInfo _info = {};
+    bool _mapped;
+};
+
+}  // namespace
+
+fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text) {
+    fn::AutoPtr<_GstBuffer> buffer(gst_buffer_new_allocate(nullptr, wireSize(text), nullptr));
+    const Mapping mapping(buffer.get(), GST_MAP_WRITE);
+    if (mapping.data() == nullptr) {
+        throw std::bad_alloc();
+    }
+    Writer writer(mapping.data());
+    writer.transfer(static_cast<std::uint32_t>(text.size()));
+    for (const AttributedText::Run& run : text) {
+        transferRun(writer, run);
+    }
+    return buffer;
+}
+
+AttributedText attributedTextFromBuffer(_GstBuffer* buffer) {
+    const Mapping mapping(buffer, GST_MAP_READ);
+    Reader reader(mapping.data(), mapping.size());
+    std::int32_t count = 0;
+    reader.transfer(count);
+    AttributedText result;
+    if (count <= 0) {
+        return result;
+    }
+    // The count is only a claim. Room is made for what can be there.
+    result.reserve(std::min(static_cast<std::size_t>(count), reader.left() / smallestRunSize));
+    for (std::int32_t i = 0; i < count; ++i) {
+        AttributedText::Run run;
+        transferRun(reader, run);
+        if (!reader.good()) {
+            break;
+        }
+        run.attributes.attributeMask &= allAttributes;
+        result.push_back(std::move(run));
+    }
+    return result;
+}
+
+}  // namespace subtitles
