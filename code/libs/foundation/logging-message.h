@@ -18,9 +18,11 @@
 #include "foundation/string-view.h"
 #include "foundation/string.h"
 
+namespace fmt {
+
 /// Prints an exception as its text and, on the next line, what is attached to it.
 template <>
-struct fmt::formatter<fn::Exception> {
+struct formatter<fn::Exception> {
     constexpr auto parse(format_parse_context& context) { return context.begin(); }
 
     template <class Context>
@@ -30,6 +32,8 @@ struct fmt::formatter<fn::Exception> {
                               details.empty() ? "" : "\n", fn::to_string_view(details));
     }
 };
+
+}  // namespace fmt
 
 namespace fn::logging {
 
