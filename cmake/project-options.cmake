@@ -26,3 +26,11 @@ if(SUBTITLES_FUZZ)
   target_compile_options(project-options INTERFACE -fsanitize=fuzzer-no-link)
   target_link_options(project-options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+
+# Gives a shared library its name for the linker, and lets out only what a version script names.
+function(subtitles_shared_library target)
+  set(script ${PROJECT_SOURCE_DIR}/cmake/lib${target}.map)
+  target_link_options(${target} PRIVATE LINKER:--version-script=${script})
+  set_target_properties(${target} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${script})
+endfunction()
