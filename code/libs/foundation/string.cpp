@@ -29,33 +29,6 @@ StringView trimmedASCII(StringView text) {
     return text;
 }
 
-/// The start of the last code point of a well-formed text.
-const char* lastSequence(StringView text) {
-    const char* position = text.data() + text.size() - 1;
-    while ((static_cast<unsigned char>(*position) & 0xC0U) == 0x80U) {
-        --position;
-    }
-    return position;
-}
-
-bool isSpaceAt(const char* position, const char* end) {
-    return Unicode::isBreakingSpace(static_cast<int>(utf8::decode(position, end).codePoint));
-}
-
-StringView trimmedUTF8(StringView text) {
-    while (!text.empty() && isSpaceAt(text.data(), text.data() + text.size())) {
-        text.remove_prefix(utf8::decode(text.data(), text.data() + text.size()).size);
-    }
-    while (!text.empty()) {
-        const char* const last = lastSequence(text);
-        if (!isSpaceAt(last, text.data() + text.size())) {
-            break;
-        }
-        text.remove_suffix(static_cast<std::size_t>(text.data() + text.size() - last));
-    }
-    return text;
-}
-
 String toString(StringView text) {
     return String(text.data(), text.size());
 }
@@ -99,14 +72,14 @@ String String::trim(bool asUTF8) const {
     if (!utf8::isValid(text)) {
         throw UTF8Exception("Cannot trim a text that is not valid UTF-8");
     }
-    return toString(trimmedUTF8(text));
+    return toString(utf8::trimmed(text));
 }
 
 std::vector<String> String::split(char separator, SplitFlag flag, long limit) const {
     std::vector<String> pieces;
     const auto add = [&](StringView piece) {
         if (flag == TrimAndSkipEmptyParts) {
-            piece = utf8::isValid(piece) ? trimmedUTF8(piece) : trimmedASCII(piece);
+            piece = utf8::isValid(piece) ? utf8::trimmed(piece) : trimmedASCII(piece);
             if (piece.empty()) {
                 return;
             }

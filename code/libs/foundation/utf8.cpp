@@ -7,6 +7,8 @@
 
 #include <cstring>
 
+#include "foundation/unicode.h"
+
 namespace fn::utf8 {
 
 namespace {
@@ -74,6 +76,19 @@ const char* skipASCII(const char* begin, const char* end) {
     return begin;
 }
 
+/// The start of the last code point of a well-formed text.
+const char* lastSequence(StringView text) {
+    const char* position = text.data() + text.size() - 1;
+    while ((static_cast<unsigned char>(*position) & 0xC0U) == 0x80U) {
+        --position;
+    }
+    return position;
+}
+
+bool isSpaceAt(const char* position, const char* end) {
+    return Unicode::isBreakingSpace(static_cast<int>(decode(position, end).codePoint));
+}
+
 }  // namespace
 
 Sequence decode(const char* begin, const char* end) {
@@ -107,6 +122,20 @@ const char* findMalformed(const char* begin, const char* end) {
         }
         begin += lead.size;
     }
+}
+
+StringView trimmed(StringView text) {
+    while (!text.empty() && isSpaceAt(text.data(), text.data() + text.size())) {
+        text.remove_prefix(decode(text.data(), text.data() + text.size()).size);
+    }
+    while (!text.empty()) {
+        const char* const last = lastSequence(text);
+        if (!isSpaceAt(last, text.data() + text.size())) {
+            break;
+        }
+        text.remove_suffix(static_cast<std::size_t>(text.data() + text.size() - last));
+    }
+    return text;
 }
 
 std::size_t incompleteTail(StringView text) {

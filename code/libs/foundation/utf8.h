@@ -30,6 +30,9 @@ inline bool isValid(StringView text) {
     return findMalformed(text.data(), text.data() + text.size()) == text.data() + text.size();
 }
 
+/// The part of a well-formed text without the white space at its ends, as `String::trim` sees it.
+FOUNDATION_EXPORT StringView trimmed(StringView text);
+
 /// How many bytes at the end of the text are the start of a sequence that the text's end cuts off.
 /// 0 where the text ends on a whole sequence or in bytes that no sequence begins with.
 FOUNDATION_EXPORT std::size_t incompleteTail(StringView text);

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// Reading SRT files.
+//
+// Between cues the reader looks for a time line and passes over everything else: counters, blank
+// lines, a byte order mark, rubbish, the text of cues that it has dropped. Behind a time line it
+// takes every line up to a blank one, also one that looks like another time line.
+
+#include "subtitles/srt-reader.h"
+
+#include <optional>
+#include <utility>
+
+#include <gst/gst.h>
+
+#include "foundation/string-view.h"
+#include "foundation/utf8.h"
+
+#include "subtitles/attributed-text-buffer.h"
+#include "subtitles/attributed-text.h"
+#include "subtitles/gst-buffer-ptr.h"
+#include "subtitles/srt-time-line.h"
+#include "subtitles/subtitle-parser.h"
+#include "subtitles/text-lines.h"
+
+namespace subtitles {
+
+namespace {
+
+/// Stands in for a line that is not valid UTF-8. It is mark-up like any line: what is between its
+/// first "<" and its first ">" is an unknown tag, and the second ">" is all that is shown.
+constexpr fn::StringView invalidEncoding =
+    "<< Invalid Encoding - Please change subtitle encoding in Velquin Settings >>";
+
+fn::StringView cueLine(fn::StringView line) {
+    return fn::utf8::isValid(line) ? fn::utf8::trimmed(line) : invalidEncoding;
+}
+
+/// Reads the lines up to a blank one into `text`. A line of white space alone is blank.
+void readCueText(TextLines& lines, fn::String& text) {
+    text.clear();
+    while (const auto line = lines.next()) {
+        const fn::StringView trimmed = cueLine(*line);
+        if (trimmed.empty()) {
+            return;
+        }
+        if (!text.empty()) {
+            text += '\n';
+        }
+        text.append(trimmed);
+    }
+}
+
+/// A span that shows nothing.
+bool isEmpty(const srt::TimeSpan& span) {
+    return span.end <= span.start || span.start == GST_CLOCK_TIME_NONE ||
+           span.end == GST_CLOCK_TIME_NONE;
+}
+
+void appendCue(SubtitleData& data, const srt::TimeSpan& span, const fn::String& text) {
+    const AttributedText runs = srt::parseFormatting(text);
+    if (runs.empty()) {
+        return;
+    }
+    fn::AutoPtr<GstBuffer> buffer = attributedTextToBuffer(runs);
+    GST_BUFFER_PTS(buffer.get()) = span.start;
+    GST_BUFFER_DURATION(buffer.get()) = span.end - span.start;
+    data.buffers.push_back(std::move(buffer));
+}
+
+}  // namespace
+
+fn::AutoPtr<SubtitleData> parseSRT(const fn::String& text) {
+    fn::AutoPtr<SubtitleData> data(new SubtitleData(
+        "application/x-attributed-text", fn::AutoPtr<GstBuffer>(), SubtitleData::NANOSECONDS));
+    TextLines lines(fn::to_string_view(text));
+    fn::String cueText;
+    while (const auto line = lines.next()) {
+        const std::optional<srt::TimeSpan> span = srt::parseTimeLine(*line);
+        // A cue that would be shown for no time is dropped with its time line alone: the lines of
+        // its text are no time lines, and so are passed over.
+        if (span && !isEmpty(*span)) {
+            readCueText(lines, cueText);
+            appendCue(*data, *span, cueText);
+        }
+    }
+    return data;
+}
+
+}  // namespace subtitles

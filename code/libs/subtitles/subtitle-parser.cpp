@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// SRT's inline mark-up: the machine's table, run over the text with the actions of `Markup`.
+
+#include "subtitles/subtitle-parser.h"
+
+#include <cstring>
+
+#include "foundation/string-view.h"
+
+#include "subtitles/byte-machine.h"
+#include "subtitles/subtitle-parser-actions.h"
+#include "subtitles/subtitle-parser-table.h"
+
+namespace subtitles {
+
+AttributedText srt::parseFormatting(const fn::String& text) {
+    // The NUL at the end goes into the machine, too: it is the last input, and the last byte of the
+    // text that comes out. One in the middle ends the text.
+    const fn::StringView input(text.c_str(), std::strlen(text.c_str()) + 1);
+    AttributedText result;
+    Markup markup(result);
+    // Most cues are one run: it gets its memory once.
+    markup.state.text.reserve(input.size());
+    byte_machine::run(markupMachine, input, markup);
+    // In whatever state the machine has stopped, the text so far stands.
+    markup.state.runDone();
+    return result;
+}
+
+AttributedText parseSRTFormatting(const fn::String& text) {
+    return srt::parseFormatting(text);
+}
+
+}  // namespace subtitles

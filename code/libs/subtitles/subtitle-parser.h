@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include "foundation/string.h"
+
+#include "subtitles/attributed-text.h"
+
+namespace subtitles {
+
+/// The styled text of a cue with SRT's inline mark-up: `<b>`, `<i>`, `<u>` and
+/// `<font color="value">`. Other tags and position codes ("{an8}") are dropped.
+///
+/// Never fails: at a fault (any other "{", a tag that the text's end cuts off) it ends, and what
+/// came before stands. The text is taken up to its first NUL or its end, and that NUL goes into the
+/// result as its last byte, in a run of its own where the text ends in a tag. So there is no run
+/// only where the fault comes before any text. Takes linear time, and may run on any thread.
+AttributedText parseSRTFormatting(const fn::String& text);
+
+namespace srt {
+
+/// The same. `parseSRTFormatting` is its name for readers of other formats.
+AttributedText parseFormatting(const fn::String& text);
+
+}  // namespace srt
+
+}  // namespace subtitles
