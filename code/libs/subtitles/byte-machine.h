@@ -90,7 +90,7 @@ struct Transition {
 /// A state. Its transitions are tried in the order in which they stand, so that a set may hold
 /// bytes of one before it; the last transition takes every byte that is left.
 struct Row {
-    static constexpr std::size_t limit = 12;
+    static constexpr std::size_t limit = 13;
     State state;
     std::array<Transition, limit> transitions;
 };
@@ -144,7 +144,9 @@ constexpr Classes classify(const Rows& rows) {
     Interned<ByteSet, 64> sets;
     for (const Row& row : rows) {
         for (const Transition& transition : row.transitions) {
-            sets.add(transition.input);
+            if (transition.used) {
+                sets.add(transition.input);
+            }
         }
     }
     Classes classes;
@@ -231,10 +233,17 @@ constexpr auto compile(Action append) {
     machine.appending =
         static_cast<std::uint16_t>(lists.add(ActionList{{static_cast<std::uint8_t>(append)}, 1}));
     for (const Row& row : rows) {
+        // Each list is looked up once for its transition, not once for each cell: a compiler gives
+        // up on a constant that takes too many steps.
+        std::array<Cell, Row::limit> cells = {};
+        for (std::size_t i = 0; i < Row::limit && row.transitions[i].used; ++i) {
+            const auto list = static_cast<std::uint16_t>(lists.add(row.transitions[i].actions));
+            cells[i] = {row.transitions[i].next, list};
+        }
         for (std::size_t i = 0; i < classes.count; ++i) {
-            const Transition& transition = transitionOf(row, classes.example[i]);
-            const auto list = static_cast<std::uint16_t>(lists.add(transition.actions));
-            machine.cells[row.state][i] = {transition.next, list};
+            const Transition* const taken = &transitionOf(row, classes.example[i]);
+            machine.cells[row.state][i] =
+                cells[static_cast<std::size_t>(taken - row.transitions.data())];
         }
     }
     machine.lists = lists.values;

@@ -39,7 +39,7 @@ private:
 
 fn::logging::CategoryManager& managerWithSinks() {
     fn::logging::CategoryManager& manager = fn::logging::CategoryManager::instance();
-    manager.setSinkFactory(
+    manager.setDefaultSinkFactory(
         [](const fn::String& category) { return std::make_unique<GstSink>(category); });
     return manager;
 }

@@ -13,8 +13,8 @@ namespace subtitles {
 /// The category of that name, which lives as long as the process. May be called from any thread.
 ///
 /// The first call sends all categories to GStreamer's debug log, each to the debug category of its
-/// own name; a program that wants the messages elsewhere sets its sink factory after that. Errors
-/// come out at the level ERROR and traces at DEBUG; below a category's threshold no text is made.
+/// own name, unless the program has a sink factory of its own or sets one later. Errors come out at
+/// the level ERROR and traces at DEBUG; below a category's threshold no text is made.
 fn::logging::Category* loggingCategory(const fn::String& name);
 
 }  // namespace subtitles
