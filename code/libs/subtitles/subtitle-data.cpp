@@ -32,31 +32,29 @@ bool comesEarlier(GstClockTime a, GstClockTime b) {
     return a != GST_CLOCK_TIME_NONE && b != GST_CLOCK_TIME_NONE && a < b;
 }
 
+bool bufferCompare(const Buffer& a, const Buffer& b) {
+    return comesEarlier(a->pts, b->pts);
+}
+
 struct TimedBuffer {
     GstClockTime time;  // Beside the pointer, so that the sort need not visit the buffers.
     Buffer* buffer;
 };
 
-std::vector<TimedBuffer> timesOf(Buffers& buffers) {
-    std::vector<TimedBuffer> result;
-    result.reserve(buffers.size());
-    for (Buffer& buffer : buffers) {
-        result.push_back({buffer->pts, &buffer});
-    }
-    return result;
-}
-
 // A merge sort, since that stays inside its range even where the comparison is no ordering. It
 // keeps buffers with equal times in file order.
 void sortByTime(Buffers& buffers) {
-    const auto earlier = [](const TimedBuffer& a, const TimedBuffer& b) {
-        return comesEarlier(a.time, b.time);
-    };
-    std::vector<TimedBuffer> timed = timesOf(buffers);
-    if (std::is_sorted(timed.begin(), timed.end(), earlier)) {
+    if (std::is_sorted(buffers.begin(), buffers.end(), bufferCompare)) {
         return;  // As nearly every file is.
     }
-    std::stable_sort(timed.begin(), timed.end(), earlier);
+    std::vector<TimedBuffer> timed;
+    timed.reserve(buffers.size());
+    for (Buffer& buffer : buffers) {
+        timed.push_back({buffer->pts, &buffer});
+    }
+    std::stable_sort(timed.begin(), timed.end(), [](const TimedBuffer& a, const TimedBuffer& b) {
+        return comesEarlier(a.time, b.time);
+    });
     std::vector<Buffer> sorted;
     sorted.reserve(timed.size());
     for (const TimedBuffer& entry : timed) {
@@ -67,20 +65,16 @@ void sortByTime(Buffers& buffers) {
 
 void repairDuration(GstBuffer& current, const GstBuffer& next, bool inNanoseconds) {
     if (inNanoseconds && current.duration < shortestDuration) {
-        // Unsigned and unchecked: where a time is missing, this is some number below or at a
-        // second, and the cue stays.
+        // Unsigned and unchecked: where a time is missing it wraps, and the cue stays all the same.
         current.duration = std::min<GstClockTime>(next.pts - current.pts, shortestDuration);
     } else if (current.duration == GST_CLOCK_TIME_NONE && comesEarlier(current.pts, next.pts)) {
         current.duration = next.pts - current.pts - 1;
     }
 }
 
-void repairDurations(Buffers& buffers, bool inNanoseconds) {
-    for (auto next = std::next(buffers.begin()); next != buffers.end(); ++next) {
-        repairDuration(**std::prev(next), **next, inNanoseconds);
-    }
-    if (buffers.back()->duration == GST_CLOCK_TIME_NONE) {
-        buffers.back()->duration = lastDuration;
+void repairLastDuration(GstBuffer& last) {
+    if (last.duration == GST_CLOCK_TIME_NONE) {
+        last.duration = lastDuration;
     }
 }
 
@@ -96,13 +90,22 @@ SubtitleData::SubtitleData(const fn::String& type, const fn::AutoPtr<_GstBuffer>
 
 SubtitleData::~SubtitleData() = default;
 
+// A buffer that goes was its forerunner's successor before that, so one walk does for the repairs
+// and the removal: a long stream does not fit into the processor's caches twice.
 void SubtitleData::sanitize() {
     sortByTime(buffers);
-    if (buffers.empty()) {
-        return;
+    for (auto current = buffers.begin(); current != buffers.end();) {
+        const auto next = std::next(current);
+        if (next != buffers.end()) {
+            repairDuration(**current, **next, timestampUnit == NANOSECONDS);
+        } else {
+            repairLastDuration(**current);
+        }
+        if (cannotBeShown(*current)) {
+            buffers.erase(current);
+        }
+        current = next;
     }
-    repairDurations(buffers, timestampUnit == NANOSECONDS);
-    buffers.remove_if(cannotBeShown);
 }
 
 }  // namespace subtitles
