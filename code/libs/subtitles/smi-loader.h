@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// One SMI document, read: its timed buffers, and the language classes that it holds.
+
+#pragma once
+
+#include <exception>
+#include <list>
+#include <map>
+#include <set>
+
+#include "foundation/auto-ptr.h"
+#include "foundation/string.h"
+
+#include "subtitles/attributed-text.h"
+#include "subtitles/gst-buffer-ptr.h"
+#include "subtitles/style-sheet.h"
+#include "subtitles/text-attributes-stack.h"
+
+namespace subtitles {
+
+/// Turns the tags and texts of one document into timed buffers. Built for one call of `parse`, by
+/// one thread.
+///
+/// An SMI document is a row of sync blocks, each with a start time, that hold one paragraph for
+/// each language; the class of the paragraph tells the language, and a style sheet in the
+/// document's head names the classes. Element names come in any case and end tags are mostly left
+/// out.
+class SMILoader {
+public:
+    /// What a style sheet or a paragraph tells of one class. At most one of code and name is set.
+    struct LanguageEntry {
+        fn::String className;     ///< In lower case: the value for `wantedClass`.
+        fn::String languageCode;  ///< A code of the language table, or empty.
+        fn::String languageName;  ///< For a class whose language the table does not know.
+    };
+
+    /// Reads and parses the whole document, cut at the size that loaders read. Raises what reading
+    /// and decoding raise; no content fails.
+    void parse(const fn::String& path, const fn::String& encoding);
+
+    /// The same for a text. Malformed UTF-8 in it becomes U+FFFD.
+    void parseText(const fn::String& text);
+
+    /// The buffers in the order of the document, without durations. A copy that shares them.
+    std::list<fn::AutoPtr<_GstBuffer>> getBuffers() const { return buffers; }
+
+    /// One entry for each class that a paragraph has, in ascending byte order.
+    std::list<LanguageEntry> getLanguages() const;
+
+    void startElement(const fn::String& name, const std::map<fn::String, fn::String>& attributes);
+    void endElement(const fn::String& name);
+    void characters(const fn::String& text);
+
+    void finishRun();
+    void finishParagraph();
+    void finishSync();
+
+    void parseStylesheet(const StyleSheet& sheet);
+    fn::String getStringValue(StyleSheet::Property property) const;
+
+    bool parseStyleSheets = true;  ///< Whether style elements are read at all.
+    bool inStyle = false;          ///< Inside a style element that is read.
+    fn::String wantedClass;        ///< The class to load; empty means every paragraph.
+    bool inParagraph = false;      ///< Text counts now.
+    AttributedText runs;           ///< The finished runs of the open sync block.
+    AttributedText::Run run;
+    TextAttributesStack attributeStack;  ///< The open inline tags of the paragraph.
+    long long syncStart = -1;  ///< Start of the open block in nanoseconds; -1 when none is open.
+    std::list<fn::AutoPtr<_GstBuffer>> buffers;
+    std::map<fn::String, LanguageEntry> languages;  ///< What style sheets define, by class.
+    std::set<fn::String> classes;                   ///< What paragraphs use, in lower case.
+
+    // What the HTML parser calls. Nothing is thrown through its frames.
+    static void _startElement(void* context, const unsigned char* name,
+                              const unsigned char** attributes);
+    static void _endElement(void* context, const unsigned char* name);
+    static void _characters(void* context, const unsigned char* text, int size);
+
+private:
+    void startParagraph(const fn::String& className);
+    void startSync(const std::map<fn::String, fn::String>& attributes);
+    void readStyle(fn::String text);
+    bool isBlankSync() const;
+    void flushStyleText();
+
+    template <class Action>
+    void guarded(Action&& action);
+
+    void* htmlParser = nullptr;    ///< While `parseText` runs.
+    std::exception_ptr exception;  ///< What an entry point caught.
+    fn::String styleText;          ///< The style element so far: it arrives in pieces.
+};
+
+}  // namespace subtitles
