@@ -182,8 +182,8 @@ TEST_P(WebVTTText, GivesText) {
 INSTANTIATE_TEST_SUITE_P(Cases, WebVTTText, testing::ValuesIn(cases),
                          [](const auto& test) { return test.param.name; });
 
-TEST(WebVTTExporter, EscapesEightMebibytesOfOneByte) {
-    constexpr std::size_t size = 8 * 1024 * 1024;
+TEST(WebVTTExporter, EscapesAMebibyteOfOneByte) {
+    constexpr std::size_t size = 1024 * 1024;
     for (const auto& [byte, escape] :
          {std::pair<char, std::size_t>{'&', 5}, {'<', 4}, {'\n', 6}, {'\xE2', 1}}) {
         const fn::String result = WebVTTExporter().processRunText(std::string(size, byte));

@@ -71,7 +71,13 @@ public:
     template <std::size_t size>
     constexpr explicit Rewriter(const Rewrite (&table)[size]) : rows(table), count(size) {
         for (const Rewrite& row : table) {
-            starts[static_cast<unsigned char>(row.found.front())] = true;
+            const auto first = static_cast<unsigned char>(row.found.front());
+            starts[first] = true;
+            if (row.found.size() == 1) {
+                alone[first] = true;
+            } else {
+                seconds[static_cast<unsigned char>(row.found[1])] = true;
+            }
         }
     }
 
@@ -81,11 +87,15 @@ public:
     fn::String operator()(fn::StringView text) const;
 
 private:
+    bool mayFit(fn::StringView text) const;
     const Rewrite* rowAt(fn::StringView text) const;
 
     const Rewrite* rows;
     std::size_t count;
-    bool starts[256] = {};  ///< The bytes with which some row's `found` begins.
+    // A look at two bytes spares the rows where most texts have a byte that could start one.
+    bool starts[256] = {};   ///< The bytes with which some row's `found` begins.
+    bool alone[256] = {};    ///< Those that are some row's whole `found`.
+    bool seconds[256] = {};  ///< The bytes that stand second in some row's `found`.
 };
 
 }  // namespace subtitles

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// ASS and SSA scripts, as far as a stream of raw events needs them read.
+//
+// A script is read in three stages with no way back: all lines up to "[Events]" are the header, the
+// first "Format:" line behind it names the columns, and from there on every "Dialogue:" line is an
+// event. What an event's text says stays in the event.
+
+#include "subtitles/ass-reader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <utility>
+
+#include "foundation/utf8.h"
+
+#include "subtitles/text-lines.h"
+
+namespace subtitles {
+
+namespace ass {
+
+namespace {
+
+/// What an event is made of, as places in `Values`. The fields from Layer to Text are those of the
+/// event string, in its order.
+enum Field : std::size_t {
+    Layer,
+    Style,
+    Name,
+    MarginL,
+    MarginR,
+    MarginV,
+    Effect,
+    Text,
+    Start,
+    End,
+    FieldCount
+};
+
+// clang-format off
+constexpr const char* fieldNames[FieldCount] = {
+    "layer", "style", "name", "marginl", "marginr", "marginv", "effect", "text", "start", "end",
+};
+// clang-format on
+
+using Values = std::array<fn::StringView, FieldCount>;
+
+/// Where the name first stands; the number of names where it is none of them.
+std::size_t columnOf(const std::vector<fn::String>& names, fn::StringView name) {
+    return static_cast<std::size_t>(
+        std::distance(names.begin(), std::find(names.begin(), names.end(), name)));
+}
+
+/// The columns of a script. They are looked up once, so that an event costs no more than its own
+/// length however many columns the script has.
+class Columns {
+public:
+    explicit Columns(const std::vector<fn::String>& names);
+
+    /// The values of one line, which are views of it. They stand as they are in the line; the last
+    /// column takes all that is left, commas included. A column that the script or the line does
+    /// not have is empty.
+    Values valuesOf(fn::StringView line) const;
+
+private:
+    struct Column {
+        std::size_t index;  ///< In the line.
+        std::size_t field;
+    };
+
+    std::vector<Column> known;  ///< The known ones, in the order of the line.
+    std::size_t count;          ///< Of all columns.
+};
+
+Columns::Columns(const std::vector<fn::String>& names) : count(names.size()) {
+    for (std::size_t field = 0; field < FieldCount; ++field) {
+        const std::size_t index = columnOf(names, fieldNames[field]);
+        if (index < count) {
+            known.push_back({index, field});
+        }
+    }
+    std::sort(known.begin(), known.end(),
+              [](const Column& a, const Column& b) { return a.index < b.index; });
+}
+
+Values Columns::valuesOf(fn::StringView line) const {
+    Values values;
+    std::size_t position = 0;  // Where the column of number `index` begins.
+    std::size_t index = 0;
+    for (const Column& column : known) {
+        for (; index < column.index; ++index) {
+            const std::size_t comma = line.find(',', position);
+            if (comma == fn::StringView::npos) {
+                return values;
+            }
+            position = comma + 1;
+        }
+        const bool last = index + 1 == count;
+        const std::size_t end = last ? fn::StringView::npos : line.find(',', position);
+        values[column.field] = line.substr(position, end - position);
+    }
+    return values;
+}
+
+bool isASCII(char byte) {
+    return static_cast<unsigned char>(byte) < 0x80;
+}
+
+/// True where the text in lower case begins with the word, which is ASCII. The text is well-formed.
+bool startsLowered(fn::StringView text, fn::StringView word) {
+    fn::String start(text.substr(0, word.size()));
+    if (!std::all_of(start.begin(), start.end(), isASCII)) {
+        // A letter outside ASCII can be an ASCII one in lower case. None has more than four bytes.
+        start = fn::String(text.substr(0, 4 * word.size()));
+    }
+    return fn::to_string_view(start.toLowerCase()).substr(0, word.size()) == word;
+}
+
+fn::AutoPtr<_GstBuffer> makeBuffer(fn::StringView bytes) {
+    fn::AutoPtr<_GstBuffer> buffer(gst_buffer_new_allocate(nullptr, bytes.size(), nullptr));
+    // The buffer has just this size, so all of it is taken.
+    gst_buffer_fill(buffer.get(), 0, bytes.data(), bytes.size());
+    return buffer;
+}
+
+/// The line without the white space at its ends. Malformed text is refused as `trim` refuses it.
+fn::StringView trimmedLine(fn::StringView line) {
+    if (!fn::utf8::isValid(line)) {
+        fn::String(line).trim(true);
+    }
+    return fn::utf8::trimmed(line);
+}
+
+/// All lines before "[Events]", which is passed over, each with a line feed behind it.
+fn::String readHeader(TextLines& lines) {
+    constexpr fn::StringView word = "[events]";
+    fn::String header;
+    while (const auto line = lines.next()) {
+        const fn::StringView trimmed = trimmedLine(*line);
+        if (startsLowered(trimmed, word) && fn::String(trimmed).toLowerCase() == word) {
+            break;
+        }
+        header.append(*line).append(1, '\n');
+    }
+    return header;
+}
+
+/// The column names of the first format line, in lower case. None at the end of the script.
+std::vector<fn::String> readFormat(TextLines& lines) {
+    constexpr fn::StringView word = "format:";
+    while (const auto line = lines.next()) {
+        const fn::StringView trimmed = trimmedLine(*line);
+        if (startsLowered(trimmed, word)) {
+            return fn::String(fn::String(trimmed).toLowerCase().substr(word.size()))
+                .split(',', fn::String::TrimAndSkipEmptyParts, -1);
+        }
+    }
+    return {};
+}
+
+void appendEvent(fn::String& event, int readOrder, const Values& values) {
+    event.append(fn::String::number(readOrder, 0, ' '));
+    for (std::size_t field = Layer; field <= Text; ++field) {
+        event.append(1, ',').append(values[field]);
+    }
+}
+
+void readEvents(TextLines& lines, const Columns& columns, SubtitleData& data) {
+    constexpr fn::StringView word = "dialogue:";
+    int readOrder = 0;
+    fn::String event;
+    while (const auto line = lines.next()) {
+        const fn::StringView trimmed = trimmedLine(*line);
+        if (!startsLowered(trimmed, word)) {
+            continue;
+        }
+        const Values values = columns.valuesOf(trimmed.substr(word.size()));
+        const GstClockTime start = parseTime(fn::String(values[Start]));
+        if (start == GST_CLOCK_TIME_NONE) {
+            continue;
+        }
+        event.clear();
+        appendEvent(event, readOrder++, values);
+        fn::AutoPtr<_GstBuffer> buffer = makeBuffer(fn::to_string_view(event));
+        GST_BUFFER_PTS(buffer.get()) = start;
+        const GstClockTime end = parseTime(fn::String(values[End]));
+        if (end != GST_CLOCK_TIME_NONE && end > start) {
+            GST_BUFFER_DURATION(buffer.get()) = end - start;
+        }
+        data.buffers.push_back(std::move(buffer));
+    }
+}
+
+}  // namespace
+
+fn::String getSegment(const std::vector<fn::String>& names, const std::vector<fn::String>& values,
+                      const fn::String& name, const fn::String& defaultValue) {
+    const std::size_t column = columnOf(names, fn::to_string_view(name));
+    // A line may have fewer values than the script has columns.
+    return column < names.size() && column < values.size() ? values[column] : defaultValue;
+}
+
+}  // namespace ass
+
+fn::AutoPtr<SubtitleData> parseASS(const fn::String& text) {
+    TextLines lines(fn::to_string_view(text));
+    const fn::String header = ass::readHeader(lines);
+    fn::AutoPtr<SubtitleData> data(new SubtitleData("application/x-ass",
+                                                    ass::makeBuffer(fn::to_string_view(header)),
+                                                    SubtitleData::NANOSECONDS));
+    const std::vector<fn::String> names = ass::readFormat(lines);
+    if (!names.empty()) {
+        ass::readEvents(lines, ass::Columns(names), *data);
+    }
+    return data;
+}
+
+}  // namespace subtitles
