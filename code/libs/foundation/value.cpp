@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "foundation/value.h"
+
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <utility>
+
+#include "foundation/exception.h"
+#include "foundation/utf8.h"
+
+namespace fn {
+
+namespace internal {
+
+template <>
+std::optional<int> safeDowncast<int>(long long value) {
+    const bool fits =
+        value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
+    return fits ? std::optional<int>(static_cast<int>(value)) : std::nullopt;
+}
+
+template <>
+std::optional<int> safeDowncast<int>(unsigned long long value) {
+    const bool fits = value <= static_cast<unsigned>(std::numeric_limits<int>::max());
+    return fits ? std::optional<int>(static_cast<int>(value)) : std::nullopt;
+}
+
+template <>
+std::optional<int> safeDowncast<int>(double value) {
+    // Not-a-number fails both comparisons.
+    const bool fits = value >= std::numeric_limits<int>::min() &&
+                      value <= std::numeric_limits<int>::max() && std::trunc(value) == value;
+    return fits ? std::optional<int>(static_cast<int>(value)) : std::nullopt;
+}
+
+}  // namespace internal
+
+namespace {
+
+/// Longer texts are cut in a description: it stands in one line of a log.
+constexpr std::size_t describedBytes = 60;
+
+String quoted(const String& text) {
+    if (text.size() <= describedBytes) {
+        return String("the text \"") + text + "\"";
+    }
+    const StringView start = to_string_view(text).substr(0, describedBytes);
+    const std::size_t whole = start.size() - utf8::incompleteTail(start);
+    return String("a text of ") + std::to_string(text.size()) + " bytes, \"" +
+           std::string(start.substr(0, whole)) + "...\"";
+}
+
+String describe(const Value& value) {
+    switch (value.type()) {
+        case Value::NilType: return "nil";
+        case Value::BoolType: return value.asString();
+        case Value::IntegerType:
+        case Value::UnsignedType:
+        case Value::DoubleType: return String("the number ") + value.asString();
+        case Value::StringType: return quoted(value.asString());
+        case Value::ListType:
+            return String("a list with ") + std::to_string(value.list().size()) + " entries";
+        case Value::MapType: break;
+    }
+    return String("a map with ") + std::to_string(value.map().size()) + " entries";
+}
+
+[[noreturn]] void raise(const char* message, const Value& value) {
+    RangeException exception(message, Exception::NoStackTrace);
+    exception << value.detailInfo();
+    throw RangeException(exception);
+}
+
+/// The order of what two values of one kind hold.
+struct Less {
+    bool operator()(std::monostate, std::monostate) const { return false; }
+    bool operator()(double left, double right) const {
+        return std::isnan(left) || std::isnan(right) ? std::isnan(left) && !std::isnan(right)
+                                                     : left < right;
+    }
+    bool operator()(const String& left, const String& right) const {
+        return left.compare(right) < 0;
+    }
+    template <class Container>
+    bool operator()(const std::unique_ptr<Container>& left,
+                    const std::unique_ptr<Container>& right) const {
+        return *left < *right;
+    }
+    template <class Number>
+    bool operator()(Number left, Number right) const {
+        return left < right;
+    }
+};
+
+}  // namespace
+
+const Value Value::NIL;
+
+Value::Value(const String& text) : _data(text) {}
+Value::Value(String&& text) noexcept : _data(std::move(text)) {}
+Value::Value(const char* text) : _data(String(text)) {}
+Value::Value(const Value& other) : _data(copyOf(other._data)) {}
+
+Value::Value(Value&& other) noexcept {
+    swap(other);
+}
+
+Value& Value::operator=(const Value& other) {
+    Value(other).swap(*this);
+    return *this;
+}
+
+Value& Value::operator=(Value&& other) noexcept {
+    Value taken(std::move(other));
+    taken.swap(*this);
+    return *this;
+}
+
+Value::~Value() {
+    clear();
+}
+
+void Value::swap(Value& other) noexcept {
+    _data.swap(other._data);
+}
+
+void Value::clear() noexcept {
+    _data.emplace<std::monostate>();
+}
+
+Value::Data Value::copyOf(const Data& data) {
+    if (const auto* const list = std::get_if<std::unique_ptr<List>>(&data)) {
+        return std::make_unique<List>(**list);
+    }
+    if (const auto* const map = std::get_if<std::unique_ptr<Map>>(&data)) {
+        return std::make_unique<Map>(**map);
+    }
+    return std::visit(
+        [](const auto& held) -> Data {
+            if constexpr (std::is_copy_constructible_v<std::decay_t<decltype(held)>>) {
+                return held;
+            } else {
+                return {};
+            }
+        },
+        data);
+}
+
+Value::Map& Value::map() {
+    if (is(NilType)) {
+        _data = std::make_unique<Map>();
+    }
+    return const_cast<Map&>(std::as_const(*this).map());
+}
+
+const Value::Map& Value::map() const {
+    const auto* const map = std::get_if<std::unique_ptr<Map>>(&_data);
+    if (map == nullptr) {
+        raise("Value is not a map", *this);
+    }
+    return **map;
+}
+
+Value::List& Value::list() {
+    if (is(NilType)) {
+        _data = std::make_unique<List>();
+    }
+    return const_cast<List&>(std::as_const(*this).list());
+}
+
+const Value::List& Value::list() const {
+    const auto* const list = std::get_if<std::unique_ptr<List>>(&_data);
+    if (list == nullptr) {
+        raise("Value is not a list", *this);
+    }
+    return **list;
+}
+
+String Value::asString() const {
+    switch (type()) {
+        case BoolType: return std::get<bool>(_data) ? "true" : "false";
+        case IntegerType: return String(std::to_string(std::get<long long>(_data)));
+        case UnsignedType: return String(std::to_string(std::get<unsigned long long>(_data)));
+        case DoubleType: return String::number(std::get<double>(_data));
+        case StringType: return std::get<String>(_data);
+        case NilType:
+        case ListType:
+        case MapType: break;
+    }
+    return {};
+}
+
+template <>
+int Value::asNumber<int>() const {
+    std::optional<int> number;
+    switch (type()) {
+        case NilType: return 0;
+        case BoolType: return std::get<bool>(_data) ? 1 : 0;
+        case IntegerType: number = internal::safeDowncast<int>(std::get<long long>(_data)); break;
+        case UnsignedType:
+            number = internal::safeDowncast<int>(std::get<unsigned long long>(_data));
+            break;
+        case DoubleType: number = internal::safeDowncast<int>(std::get<double>(_data)); break;
+        case StringType:
+        case ListType:
+        case MapType: raise("Value can not be implicitly converted to integral type", *this);
+    }
+    if (!number) {
+        raise("Value can not be converted to requested type without loss", *this);
+    }
+    return *number;
+}
+
+template <>
+double Value::asNumber<double>() const {
+    switch (type()) {
+        case NilType: return 0.0;
+        case BoolType: return std::get<bool>(_data) ? 1.0 : 0.0;
+        case IntegerType: return static_cast<double>(std::get<long long>(_data));
+        case UnsignedType: return static_cast<double>(std::get<unsigned long long>(_data));
+        case DoubleType: return std::get<double>(_data);
+        case StringType:
+        case ListType:
+        case MapType: break;
+    }
+    raise("Value can not be implicitly converted to floating point type", *this);
+}
+
+ErrorInfo<String, internal::DetailTag> Value::detailInfo() const {
+    return ErrorInfo<String, internal::DetailTag>(describe(*this));
+}
+
+bool Value::operator<(const Value& other) const {
+    if (type() != other.type()) {
+        return type() < other.type();
+    }
+    return std::visit(
+        [](const auto& left, const auto& right) {
+            if constexpr (std::is_same_v<decltype(left), decltype(right)>) {
+                return Less()(left, right);
+            } else {
+                return false;  // Never reached: the kinds are the same.
+            }
+        },
+        _data, other._data);
+}
+
+bool Value::operator==(const Value& other) const {
+    return !(*this < other) && !(other < *this);
+}
+
+}  // namespace fn
