@@ -7,7 +7,7 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 #include <iconv.h>
@@ -34,14 +34,20 @@ std::string encode(const std::string& text, const std::string& encoding) {
     return result;
 }
 
+std::string sourceFolder() {
+    const char* const data = std::getenv("SUBTITLES_TEST_DATA");
+    return data != nullptr ? std::string(data) + "/../.." : std::string(".");
+}
+
 std::string readTestData(const std::string& name) {
-    const char* const folder = std::getenv("SUBTITLES_TEST_DATA");
-    const std::string path = std::string(folder != nullptr ? folder : "tests/data") + "/" + name;
+    const std::string path = sourceFolder() + "/tests/data/" + name;
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         throw std::runtime_error("cannot read " + path);
     }
-    return {std::istreambuf_iterator<char>(in), {}};
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
 }
 
 }  // namespace test

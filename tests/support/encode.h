@@ -13,4 +13,7 @@ std::string encode(const std::string& text, const std::string& encoding);
 /// The bytes of a file below tests/data. Throws `std::runtime_error` where it cannot be read.
 std::string readTestData(const std::string& name);
 
+/// The folder that holds the project's sources, without a slash at its end.
+std::string sourceFolder();
+
 }  // namespace test

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// The registry of the loaders.
+
+#include "subtitles/subtitle-loader.h"
+
+#include "subtitles/srt-loader.h"
+
+namespace subtitles {
+
+SubtitleLoader::~SubtitleLoader() = default;
+
+// Each format has its place: a ".sub" or ".smi" file that holds SRT text is to be found as SRT
+// first.
+std::list<SubtitleLoader*> SubtitleLoader::createDefaultLoaders() {
+    return {
+        new SrtSubtitleLoader,
+    };
+}
+
+std::list<SubtitleLoader*> SubtitleLoader::getAllLoaders() {
+    // The objects are never deleted: a thread may still be loading when the process ends.
+    static const std::list<SubtitleLoader*> loaders = createDefaultLoaders();
+    return loaders;
+}
+
+}  // namespace subtitles
