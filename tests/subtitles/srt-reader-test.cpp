@@ -22,9 +22,11 @@
 #include "foundation/string.h"
 
 #include "subtitles/attributed-text-buffer.h"
+#include "subtitles/byte-machine.h"
 #include "subtitles/gst-buffer-ptr.h"
 #include "subtitles/srt-time-line.h"
 #include "subtitles/subtitle-data.h"
+#include "subtitles/subtitle-parser-table.h"
 #include "subtitles/subtitle-parser.h"
 
 #include "tests/support/describe.h"
@@ -133,6 +135,40 @@ TEST(SrtData, AnEmbeddedNulEndsACuesTextAlone) {
               head + R"( | 1000000000+1000000000 [one\0] | 3000000000+1000000000 [four\0])");
 }
 
+/// What the mark-up machine makes of a text in one of its states: where it ends, and what it does.
+std::string readInState(subtitles::byte_machine::State state, const std::string& text) {
+    using subtitles::srt::Action;
+    using subtitles::srt::markupMachine;
+    std::string result;
+    for (const char byte : text) {
+        const auto& cell = markupMachine.cell(state, byte);
+        for (const auto number : markupMachine.lists[cell.list]) {
+            const auto action = static_cast<Action>(number);
+            result += action == Action::AppendByte ? std::string(1, byte) : std::to_string(number);
+        }
+        state = cell.next;
+        if (state == subtitles::byte_machine::error) {
+            break;
+        }
+    }
+    return result + " in state " + std::to_string(state);
+}
+
+TEST(SrtErrors, FurtherNoticesOfACueAreReadAsTheFirst) {
+    const std::string notice =
+        "<< Invalid Encoding - Please change subtitle encoding in Velquin Settings >>";
+    for (subtitles::byte_machine::State state = 1; state <= 112; ++state) {
+        EXPECT_EQ(readInState(state, "<<>>"), readInState(state, notice)) << "state " << state;
+    }
+}
+
+TEST(SrtErrors, EachMalformedLineOfACueIsShown) {
+    EXPECT_EQ(describe(*parseSRT("0:0:1,0 --> 0:0:2,0\n\xFF\n<i>\n\xFF\nx\n\xFF\n\n"
+                                 "0:0:3,0 --> 0:0:4,0\n\xFF\n\xFF\n")),
+              head + R"( | 1000000000+1000000000 [>\n][style=2: \n>\nx\n>\0])" +
+                  R"( | 3000000000+1000000000 [>\n>\0])");
+}
+
 TEST(SrtErrors, AMalformedTimeLineRaises) {
     EXPECT_THROW(parseSRT("0:0:1,0 --> 0:0:2,0 \xFF\nx\n"), fn::UTF8Exception);
     EXPECT_THROW(parseSRT("0:0:1,0 --> 0:0:2,0\nx\n\n\xFF -->\n"), fn::UTF8Exception);
@@ -200,6 +236,8 @@ TEST(SrtOfRandomText, IsReadAsTheRulesSay) {
                                       "x",
                                       "{an8}",
                                       "{",
+                                      "<font color=\"",
+                                      "\">",
                                       "<i>",
                                       "</i>",
                                       "\xFF",
@@ -305,6 +343,13 @@ TEST(SrtLongText, AMillionOpenTagsInOneCue) {
         parseSRT("0:0:1,0 --> 0:0:2,0\n" + repeated("<i>x", 1000000));
     ASSERT_EQ(data->buffers.size(), 1U);
     EXPECT_EQ(gst_buffer_get_size(data->buffers.front().get()), 4 + 79 * 1000000 + 1U);
+}
+
+TEST(SrtLongText, MalformedLinesInOneCue) {
+    const fn::AutoPtr<SubtitleData> data =
+        parseSRT("0:0:1,0 --> 0:0:2,0\n" + repeated("\xFF\n", limit / 2));
+    ASSERT_EQ(data->buffers.size(), 1U);
+    EXPECT_EQ(gst_buffer_get_size(data->buffers.front().get()), 4 + 78 + limit);
 }
 
 TEST(SrtLongText, BracketsWithoutEndInOneCue) {

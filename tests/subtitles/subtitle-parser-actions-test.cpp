@@ -2,6 +2,7 @@
 
 #include "subtitles/subtitle-parser-actions.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -89,6 +90,25 @@ TEST(SrtMarkupActions, EachTagSetsOneAttribute) {
     EXPECT_EQ(opened({Action::OpenItalic}, nullptr), "style=2");
     EXPECT_EQ(opened({Action::OpenUnderline}, nullptr), "underline=1");
     EXPECT_EQ(opened({Action::OpenColor}, nullptr), "color=000000");
+}
+
+TEST(SrtMarkupActions, WhatIsOpenTwiceIsClosedOnce) {
+    EXPECT_EQ(opened({Action::OpenBold, Action::OpenBold, Action::CloseBold}, nullptr), "");
+    EXPECT_EQ(opened({Action::OpenBold, Action::CloseBold, Action::OpenBold}, nullptr),
+              "weight=700");
+    EXPECT_EQ(opened({Action::OpenColor, Action::OpenColor, Action::CloseColor}, nullptr), "");
+}
+
+TEST(SrtMarkupActions, TheNewestColorCounts) {
+    const std::string text = "redblue";
+    AttributedText result;
+    Markup markup(result);
+    for (const std::size_t begin : {std::size_t{0}, std::size_t{3}}) {
+        markup.perform(Action::BeginColor, &text[begin]);
+        markup.perform(Action::EndColor, text.data() + (begin == 0 ? 3 : text.size()));
+        markup.perform(Action::OpenColor, nullptr);
+    }
+    EXPECT_EQ(describe(markup.state.open.cummulativeAttributes()), "color=0000ff");
 }
 
 TEST(SrtMarkupActions, AColorIsWhatLiesBetweenItsBeginAndItsEnd) {

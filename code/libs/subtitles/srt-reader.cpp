@@ -32,15 +32,20 @@ namespace {
 constexpr fn::StringView invalidEncoding =
     "<< Invalid Encoding - Please change subtitle encoding in Velquin Settings >>";
 
-fn::StringView cueLine(fn::StringView line) {
-    return fn::utf8::isValid(line) ? fn::utf8::trimmed(line) : invalidEncoding;
-}
+/// The same for further lines of a cue. Mark-up does not tell it from the whole notice, in whatever
+/// tag or colour it stands, and a file may have a malformed line in every two of its bytes.
+constexpr fn::StringView invalidEncodingAgain = "<<>>";
 
 /// Reads the lines up to a blank one into `text`. A line of white space alone is blank.
 void readCueText(TextLines& lines, fn::String& text) {
     text.clear();
+    fn::StringView notice = invalidEncoding;
     while (const auto line = lines.next()) {
-        const fn::StringView trimmed = cueLine(*line);
+        const bool isValid = fn::utf8::isValid(*line);
+        const fn::StringView trimmed = isValid ? fn::utf8::trimmed(*line) : notice;
+        if (!isValid) {
+            notice = invalidEncodingAgain;
+        }
         if (trimmed.empty()) {
             return;
         }

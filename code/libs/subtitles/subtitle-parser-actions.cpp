@@ -4,6 +4,7 @@
 
 #include "subtitles/subtitle-parser-actions.h"
 
+#include <cstdint>
 #include <utility>
 
 #include "subtitles/color.h"
@@ -49,8 +50,8 @@ void State::runDone() {
         run.attributes = open.cummulativeAttributes();
         run.text = std::move(text);
         result.push_back(std::move(run));
+        run = AttributedText::Run();
     }
-    run = AttributedText::Run();
     text.clear();
 }
 
@@ -72,12 +73,20 @@ void Markup::perform(Action action, const char* at) {
 
 void Markup::open(const TextAttributes& attributes) {
     state.runDone();
-    state.open.pushAttributes(attributes);
+    // One closing tag ends all of its kind, so that a second "<i>" in italic text changes nothing.
+    // A text may open it a million times. A second colour is another one.
+    const bool isAsBefore = attributes.attributeMask != TextAttributes::FOREGROUND_COLOR &&
+                            (_openMask & attributes.attributeMask) != 0;
+    if (!isAsBefore) {
+        state.open.pushAttributes(attributes);
+        _openMask |= attributes.attributeMask;
+    }
 }
 
 void Markup::close(TextAttributes::Attribute attribute) {
     state.runDone();
     state.open.removeAttributes(static_cast<int>(attribute));
+    _openMask &= ~static_cast<std::uint32_t>(attribute);
 }
 
 void Markup::openColor() {

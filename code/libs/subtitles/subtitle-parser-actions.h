@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <cstdint>
+
 #include "foundation/string.h"
 
 #include "subtitles/attributed-text.h"
@@ -51,6 +53,7 @@ private:
 
     const char* _colorBegin = nullptr;
     const char* _colorEnd = nullptr;
+    std::uint32_t _openMask = 0;  ///< The attributes that are open.
 };
 
 }  // namespace subtitles::srt

@@ -4,6 +4,8 @@
 
 #include "subtitles/subtitle-parser.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 #include "foundation/string-view.h"
@@ -14,13 +16,26 @@
 
 namespace subtitles {
 
+namespace {
+
+/// How many runs a text can give at most. A run ends at a tag, and the shortest tag with a byte of
+/// text has four bytes.
+std::size_t mostRuns(fn::StringView text) {
+    const auto tags = static_cast<std::size_t>(std::count(text.begin(), text.end(), '>'));
+    return std::min(tags, text.size() / 4) + 1;
+}
+
+}  // namespace
+
 AttributedText srt::parseFormatting(const fn::String& text) {
     // The NUL at the end goes into the machine, too: it is the last input, and the last byte of the
     // text that comes out. One in the middle ends the text.
     const fn::StringView input(text.c_str(), std::strlen(text.c_str()) + 1);
     AttributedText result;
     Markup markup(result);
-    // Most cues are one run: it gets its memory once.
+    // Most cues are one run, which gets its memory once here; a text of a million runs would
+    // otherwise be moved again and again.
+    result.reserve(mostRuns(input));
     markup.state.text.reserve(input.size());
     byte_machine::run(markupMachine, input, markup);
     // In whatever state the machine has stopped, the text so far stands.
