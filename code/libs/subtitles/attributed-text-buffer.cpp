@@ -77,7 +77,7 @@ std::size_t wireSize(const AttributedText& text) {
 // Writes into memory that is known to be large enough.
 class Writer {
 public:
-    explicit Writer(std::uint8_t* at) : _at(at) {}
+    explicit Writer(std::uint8_t* at) : position(at) {}
 
     void transfer(std::uint32_t value) {
         const std::uint32_t bytes = GUINT32_TO_LE(value);
@@ -92,7 +92,7 @@ public:
         const std::uint8_t bytes[] = {color.red, color.green, color.blue};
         put(bytes, sizeof bytes);
     }
-    void transfer(bool value) { *_at++ = value ? 1 : 0; }
+    void transfer(bool value) { *position++ = value ? 1 : 0; }
     template <class Number>
     void transfer(Number value) {
         static_assert(sizeof(Number) == 4, "all other fields are 32-bit integers");
@@ -101,24 +101,25 @@ public:
 
 private:
     void put(const void* bytes, std::size_t size) {
-        std::memcpy(_at, bytes, size);
-        _at += size;
+        std::memcpy(position, bytes, size);
+        position += size;
     }
 
-    std::uint8_t* _at;
+    std::uint8_t* position;
 };
 
 // Reads until the bytes run out; from then on it is not good and changes nothing.
 class Reader {
 public:
-    Reader(const std::uint8_t* bytes, std::size_t size) : _at(bytes), _left(size) {}
+    Reader(const std::uint8_t* bytes, std::size_t size) : position(bytes), remaining(size) {}
 
-    bool good() const { return _good; }
-    std::size_t left() const { return _left; }
+    bool good() const { return whole; }
+    std::size_t left() const { return remaining; }
 
     void transfer(std::uint32_t& value) {
         if (const std::uint8_t* const bytes = take(sizeof value)) {
-            value = GST_READ_UINT32_LE(bytes);
+            std::memcpy(&value, bytes, sizeof value);
+            value = GUINT32_FROM_LE(value);
         }
     }
     void transfer(fn::String& text) {
@@ -148,42 +149,42 @@ public:
 
 private:
     const std::uint8_t* take(std::size_t size) {
-        _good = _good && size <= _left;
-        if (!_good) {
+        whole = whole && size <= remaining;
+        if (!whole) {
             return nullptr;
         }
-        const std::uint8_t* const bytes = _at;
-        _at += size;
-        _left -= size;
+        const std::uint8_t* const bytes = position;
+        position += size;
+        remaining -= size;
         return bytes;
     }
 
-    const std::uint8_t* _at;
-    std::size_t _left;
-    bool _good = true;
+    const std::uint8_t* position;
+    std::size_t remaining;
+    bool whole = true;
 };
 
 // Keeps a buffer mapped as long as it lives.
 class Mapping {
 public:
-    Mapping(_GstBuffer* buffer, GstMapFlags flags) : _buffer(buffer) {
-        _mapped = buffer != nullptr && gst_buffer_map(buffer, &_info, flags) != FALSE;
+    Mapping(_GstBuffer* buffer, GstMapFlags flags) : mapped(buffer) {
+        isMapped = buffer != nullptr && gst_buffer_map(buffer, &info, flags) != FALSE;
     }
     Mapping(const Mapping&) = delete;
     Mapping& operator=(const Mapping&) = delete;
     ~Mapping() {
-        if (_mapped) {
-            gst_buffer_unmap(_buffer, &_info);
+        if (isMapped) {
+            gst_buffer_unmap(mapped, &info);
         }
     }
 
-    std::uint8_t* data() const { return _mapped ? _info.data : nullptr; }
-    std::size_t size() const { return _mapped ? _info.size : 0; }
+    std::uint8_t* data() const { return isMapped ? info.data : nullptr; }
+    std::size_t size() const { return isMapped ? info.size : 0; }
 
 private:
-    _GstBuffer* _buffer;
-    GstMapInfo _info = {};
-    bool _mapped;
+    _GstBuffer* mapped;
+    GstMapInfo info = {};
+    bool isMapped;
 };
 
 }  // namespace

@@ -28,43 +28,43 @@ public:
     using const_iterator =                        // NOLINT(readability-identifier-naming)
         std::vector<Run>::const_iterator;
 
-    bool empty() const { return _runs.empty(); }
-    std::size_t size() const { return _runs.size(); }
+    bool empty() const { return runs.empty(); }
+    std::size_t size() const { return runs.size(); }
 
-    iterator begin() { return _runs.begin(); }
-    iterator end() { return _runs.end(); }
-    const_iterator begin() const { return _runs.begin(); }
-    const_iterator end() const { return _runs.end(); }
+    iterator begin() { return runs.begin(); }
+    iterator end() { return runs.end(); }
+    const_iterator begin() const { return runs.begin(); }
+    const_iterator end() const { return runs.end(); }
 
-    Run& operator[](std::size_t index) { return _runs[index]; }
-    const Run& operator[](std::size_t index) const { return _runs[index]; }
-    Run& front() { return _runs.front(); }
-    const Run& front() const { return _runs.front(); }
-    Run& back() { return _runs.back(); }
-    const Run& back() const { return _runs.back(); }
+    Run& operator[](std::size_t index) { return runs[index]; }
+    const Run& operator[](std::size_t index) const { return runs[index]; }
+    Run& front() { return runs.front(); }
+    const Run& front() const { return runs.front(); }
+    Run& back() { return runs.back(); }
+    const Run& back() const { return runs.back(); }
 
     void push_back(const Run& run) {  // NOLINT(readability-identifier-naming)
         makeRoom();
-        _runs.push_back(run);
+        runs.push_back(run);
     }
     void push_back(Run&& run) {  // NOLINT(readability-identifier-naming)
         makeRoom();
-        _runs.push_back(std::move(run));
+        runs.push_back(std::move(run));
     }
 
     /// Makes room for this many runs in all.
-    void reserve(std::size_t count) { _runs.reserve(count); }
-    void clear() { _runs.clear(); }
+    void reserve(std::size_t count) { runs.reserve(count); }
+    void clear() { runs.clear(); }
 
 private:
     // Most cues have one to three runs: one allocation for them, and none of their runs is moved.
     void makeRoom() {
-        if (_runs.capacity() == 0) {
-            _runs.reserve(4);
+        if (runs.capacity() == 0) {
+            runs.reserve(4);
         }
     }
 
-    std::vector<Run> _runs;
+    std::vector<Run> runs;
 };
 
 /// One run with the whole text and no attributes. The text is taken as it stands, also where it is

@@ -19,22 +19,22 @@ public:
     // GStreamer gives the category that exists already where there is one of this name. It is null
     // where GStreamer was built without its debug log.
     explicit GstSink(const fn::String& category)
-        : _category(_gst_debug_category_new(category.c_str(), 0, "Text subtitles")) {}
+        : debugCategory(_gst_debug_category_new(category.c_str(), 0, "Text subtitles")) {}
 
     bool wants(fn::logging::Message::Priority priority) const override {
-        return _category != nullptr &&
-               levelOf(priority) <= gst_debug_category_get_threshold(_category);
+        return debugCategory != nullptr &&
+               levelOf(priority) <= gst_debug_category_get_threshold(debugCategory);
     }
 
     // The logging object is no GObject, so GStreamer is not told about it.
     void write(const fn::logging::Message& message) override {
         gst_debug_log_literal(
-            _category, levelOf(message.priority), std::string(message.file).c_str(),
+            debugCategory, levelOf(message.priority), std::string(message.file).c_str(),
             std::string(message.function).c_str(), message.line, nullptr, message.text().c_str());
     }
 
 private:
-    GstDebugCategory* _category;
+    GstDebugCategory* debugCategory;
 };
 
 fn::logging::CategoryManager& managerWithSinks() {

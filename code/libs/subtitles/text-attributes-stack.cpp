@@ -59,31 +59,31 @@ void unpack(std::int64_t content, const Texts& /*texts*/, Number* number) {
 }  // namespace
 
 void TextAttributesStack::pushAttributes(const TextAttributes& attributes) {
-    const std::size_t firstValue = _values.size();
+    const std::size_t firstValue = values.size();
     forEachNumbered([&](std::uint32_t number, auto field) {
         if ((attributes.attributeMask & bitOf(number)) != 0) {
-            _values.push_back({_entries.size(), _newest[number], pack(attributes.*field, _texts),
-                               number, attributes.letterSpacing});
-            _newest[number] = _values.size() - 1;
+            values.push_back({entries.size(), newest[number], pack(attributes.*field, texts),
+                              number, attributes.letterSpacing});
+            newest[number] = values.size() - 1;
         }
     });
-    _entries.push_back({attributes.attributeMask, firstValue});
-    _stale |= attributes.attributeMask;
+    entries.push_back({attributes.attributeMask, firstValue});
+    stale |= attributes.attributeMask;
 }
 
 void TextAttributesStack::popAttributes() {
-    if (!_entries.empty()) {
+    if (!entries.empty()) {
         removeNewestEntry();
     }
 }
 
 void TextAttributesStack::removeAttributes(int mask) {
-    for (std::uint32_t attribute = 0; attribute < attributeCount; ++attribute) {
+    for (std::uint32_t attribute = 0; attribute < _attributeCount; ++attribute) {
         if ((static_cast<std::uint32_t>(mask) & bitOf(attribute)) != 0) {
             removeAttribute(attribute);
         }
     }
-    while (!_entries.empty() && _entries.back().mask == 0) {
+    while (!entries.empty() && entries.back().mask == 0) {
         removeNewestEntry();
     }
 }
@@ -92,51 +92,51 @@ TextAttributes TextAttributesStack::cummulativeAttributes() const {
     static const TextAttributes defaults;
     forEachNumbered([&](std::uint32_t number, auto field) {
         // LETTER_SPACING counts only where GRAVITY brings it along.
-        if ((_stale & bitOf(number)) == 0 || bitOf(number) == TextAttributes::LETTER_SPACING) {
+        if ((stale & bitOf(number)) == 0 || bitOf(number) == TextAttributes::LETTER_SPACING) {
             return;
         }
         const bool withSpacing = bitOf(number) == TextAttributes::GRAVITY;
         const std::uint32_t bits =
             bitOf(number) | (withSpacing ? std::uint32_t{TextAttributes::LETTER_SPACING} : 0);
-        if (_newest[number] == none) {
-            _cumulative.*field = defaults.*field;
-            _cumulative.attributeMask &= ~bits;
+        if (newest[number] == _none) {
+            cumulative.*field = defaults.*field;
+            cumulative.attributeMask &= ~bits;
         } else {
-            unpack(_values[_newest[number]].content, _texts, &(_cumulative.*field));
-            _cumulative.attributeMask |= bits;
+            unpack(values[newest[number]].content, texts, &(cumulative.*field));
+            cumulative.attributeMask |= bits;
         }
         if (withSpacing) {
-            _cumulative.letterSpacing =
-                _newest[number] == none ? 0 : _values[_newest[number]].letterSpacing;
+            cumulative.letterSpacing =
+                newest[number] == _none ? 0 : values[newest[number]].letterSpacing;
         }
     });
-    _stale = 0;
-    return _cumulative;
+    stale = 0;
+    return cumulative;
 }
 
 void TextAttributesStack::removeNewestEntry() {
-    const std::size_t firstValue = _entries.back().firstValue;
-    for (; _values.size() > firstValue; _values.pop_back()) {
-        const Value& value = _values.back();
+    const std::size_t firstValue = entries.back().firstValue;
+    for (; values.size() > firstValue; values.pop_back()) {
+        const Value& value = values.back();
         // One that was removed is in no chain any more.
-        if (_newest[value.attribute] == _values.size() - 1) {
-            _newest[value.attribute] = value.older;
-            _stale |= bitOf(value.attribute);
+        if (newest[value.attribute] == values.size() - 1) {
+            newest[value.attribute] = value.older;
+            stale |= bitOf(value.attribute);
         }
         if ((textBits & bitOf(value.attribute)) != 0) {
-            _texts.pop_back();
+            texts.pop_back();
         }
     }
-    _entries.pop_back();
+    entries.pop_back();
 }
 
 void TextAttributesStack::removeAttribute(std::uint32_t attribute) {
-    for (std::size_t i = _newest[attribute]; i != none; i = _values[i].older) {
-        _entries[_values[i].entry].mask &= ~bitOf(attribute);
+    for (std::size_t i = newest[attribute]; i != _none; i = values[i].older) {
+        entries[values[i].entry].mask &= ~bitOf(attribute);
     }
-    if (_newest[attribute] != none) {
-        _newest[attribute] = none;
-        _stale |= bitOf(attribute);
+    if (newest[attribute] != _none) {
+        newest[attribute] = _none;
+        stale |= bitOf(attribute);
     }
 }
 

@@ -20,7 +20,7 @@ namespace subtitles {
 /// stack of the values that entries set.
 class TextAttributesStack {
 public:
-    TextAttributesStack() { _newest.fill(none); }
+    TextAttributesStack() { newest.fill(_none); }
 
     /// Puts an entry on top. It is to have those attributes alone that its tag sets.
     void pushAttributes(const TextAttributes& attributes);
@@ -38,8 +38,8 @@ public:
     TextAttributes cummulativeAttributes() const;
 
 private:
-    static constexpr std::size_t attributeCount = 20;
-    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+    static constexpr std::size_t _attributeCount = 20;
+    static constexpr std::size_t _none = static_cast<std::size_t>(-1);
 
     /// One open tag.
     struct Entry {
@@ -50,8 +50,8 @@ private:
     /// What one entry says of one attribute.
     struct Value {
         std::size_t entry;           ///< Whose value it is.
-        std::size_t older;           ///< The same attribute's next older value, or `none`.
-        std::int64_t content;        ///< The value itself; a text's place in `_texts`.
+        std::size_t older;           ///< The same attribute's next older value, or `_none`.
+        std::int64_t content;        ///< The value itself; a text's place in `texts`.
         std::uint32_t attribute;     ///< The number of the attribute's bit.
         std::int32_t letterSpacing;  ///< Goes along with GRAVITY.
     };
@@ -59,12 +59,13 @@ private:
     void removeNewestEntry();
     void removeAttribute(std::uint32_t attribute);
 
-    std::vector<Entry> _entries;
-    std::vector<Value> _values;
-    std::vector<fn::String> _texts;
-    std::array<std::size_t, attributeCount> _newest;  ///< Each attribute's newest value, or `none`.
-    mutable TextAttributes _cumulative;               ///< Right but for what is in `_stale`.
-    mutable std::uint32_t _stale = 0;                 ///< The bits of what has changed.
+    std::vector<Entry> entries;
+    std::vector<Value> values;
+    std::vector<fn::String> texts;
+    std::array<std::size_t, _attributeCount>
+        newest;                         ///< Each attribute's newest value, or `_none`.
+    mutable TextAttributes cumulative;  ///< Right but for what is in `stale`.
+    mutable std::uint32_t stale = 0;    ///< The bits of what has changed.
 };
 
 }  // namespace subtitles
