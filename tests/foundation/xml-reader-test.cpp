@@ -392,6 +392,41 @@ TEST(XMLReaderLong, ConstructWithoutEndFails) {
     }
 }
 
+std::string attributes(std::size_t count, const std::string& equals) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += " a" + std::to_string(i) + equals + "'>'";
+    }
+    return text;
+}
+
+TEST(XMLReaderLong, ManyAttributesAreRead) {
+    const fn::String text = "<r>x<b" + attributes(250, "=") + "/></r>";
+    XMLReader reader = readerFor(text);
+    reader.read(false);
+    reader.read(false);
+    ASSERT_TRUE(reader.read(false));
+    EXPECT_EQ(reader.getAttribute("a249"), ">");
+    EXPECT_FALSE(count(text).failed);
+}
+
+TEST(XMLReaderLong, TagWithMoreAttributesIsADefect) {
+    const std::string crowded = attributes(longSize / 16, "=");
+    const Counts counts = count("<r>x<b" + crowded + "/></r>");
+    EXPECT_TRUE(counts.failed);
+    EXPECT_EQ(counts.nodes, 2U);
+    EXPECT_TRUE(count("<!DOCTYPE r [<!ENTITY e \"<b" + crowded + "/>\">]><r>&e;</r>").failed);
+    const std::string hidden = attributes(longSize / 16, "&#61;");
+    EXPECT_TRUE(count("<!DOCTYPE r [<!ENTITY e \"&#60;b" + hidden + "/>\">]><r>&e;</r>").failed);
+}
+
+TEST(XMLReaderLong, EqualsSignsInTextAreNoAttributes) {
+    const std::string signs(longSize / 8, '=');
+    const Counts counts = count("<r>" + signs + "<b a='" + signs + "'/>" + signs + "</r>");
+    EXPECT_FALSE(counts.failed);
+    EXPECT_EQ(counts.bytes, 2 * signs.size());
+}
+
 TEST(XMLReaderLong, DeepNestingFailsBehindItsLimit) {
     const std::string deep = "<r>" + repeat("<b>", 200) + "x" + repeat("</b>", 200) + "</r>";
     EXPECT_FALSE(count(deep).failed);

@@ -13,7 +13,6 @@
 
 #include "foundation/xml-reader.h"
 
-#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <utility>
@@ -22,6 +21,8 @@
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/xmlreader.h>
+
+#include "foundation/string-view.h"
 
 namespace fn {
 
@@ -201,6 +202,46 @@ xmlEntityPtr onGetEntity(void* data, const xmlChar* name) {
     return entity;
 }
 
+/// Where the first thing stands that the parser must not see; the text's size where there is none.
+///
+/// That is a NUL, which no XML text holds and which the parser takes for the end, and a tag with
+/// more attributes than anybody writes: the parser compares each with all others. Attributes are
+/// counted by their equals signs, and in the declaration of an entity, which can hide them, by its
+/// references.
+std::size_t findUnreadable(StringView text) {
+    constexpr int maximumAttributes = 250;
+    std::size_t tag = 0;
+    int count = 0;
+    bool inTag = false;
+    char quote = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char byte = text[i];
+        if (byte == 0) {
+            return i;
+        }
+        if (byte == '<') {
+            tag = i;
+            inTag = true;
+            count = 0;
+            quote = 0;
+        } else if (!inTag) {
+            continue;
+        } else if (quote != 0) {
+            const bool isHidden = byte == '&' && text.substr(tag, 3) == "<!E";
+            count += isHidden ? 1 : 0;
+            quote = byte == quote ? '\0' : quote;
+        } else {
+            quote = byte == '\'' || byte == '"' ? byte : '\0';
+            count += byte == '=' ? 1 : 0;
+            inTag = byte != '>';
+        }
+        if (inTag && count > maximumAttributes) {
+            return tag;
+        }
+    }
+    return text.size();
+}
+
 /// Sets what the program may have changed for all of libxml2 back to what is expected here.
 void configure(xmlParserCtxtPtr context, int options) {
     const xmlSAXHandlerPtr sax = context->sax;
@@ -229,8 +270,7 @@ struct XMLReader::Document {
     Document(const String& text, int options) {
         // Where several threads come first at once, one of them prepares libxml2.
         static const bool isReady = (xmlInitParser(), true);
-        // The parser takes a NUL at the end for the end. No XML text holds one.
-        const std::size_t size = std::min(text.find('\0'), text.size());
+        const std::size_t size = findUnreadable(to_string_view(text));
         const bool fits = isReady && size > 0 && size <= INT_MAX;
         const ContextPtr context(
             fits ? xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(size)) : nullptr);

@@ -19,8 +19,9 @@ namespace fn {
 /// over. Nothing is printed.
 ///
 /// Limits, beyond which a text counts as not well-formed: elements nested 256 deep, ten million
-/// bytes of text in one piece, and entities that add more than libxml2 allows them, which is some
-/// ten times the text, or more than the text's own size and a megabyte.
+/// bytes of text in one piece, 250 attributes in one tag, and entities that add more than
+/// libxml2 allows them, which is some ten times the text, or more than the text's own size and a
+/// megabyte.
 class FOUNDATION_EXPORT XMLReader {
 public:
     /// References to the entities that a text declares are replaced by what they stand for.
