@@ -15,6 +15,7 @@ build=(
     cmake
     ninja-build
     pkg-config
+    libcli11-dev
     libfmt-dev
     libglib2.0-dev
     libgstreamer1.0-dev
@@ -28,6 +29,11 @@ demo=(
     gstreamer1.0-tools
 )
 test=(
+    chromium
+    fonts-dejavu-core
+    libass-dev
+    libavcodec-dev
+    libavformat-dev
     libbenchmark-dev
     libgmock-dev
     libgtest-dev

@@ -21,9 +21,8 @@ using fn::logging::Tag;
 class DebugLog {
 public:
     DebugLog() {
-        // In parentheses, these are functions; the macros of their names compare unlike pointers.
-        (gst_debug_remove_log_function)(nullptr);
-        (gst_debug_add_log_function)(&DebugLog::record, this, nullptr);
+        gst_debug_remove_log_function(gst_debug_log_default);
+        gst_debug_add_log_function(&DebugLog::record, this, nullptr);
     }
     DebugLog(const DebugLog&) = delete;
     DebugLog& operator=(const DebugLog&) = delete;
@@ -52,15 +51,15 @@ class CountedMessage final : public Message {
 public:
     CountedMessage(Priority importance, const char* text)
         : Message(importance, "reader.cpp", 12, "read", "void read()", nullptr, Tag()),
-          content(text) {}
+          _text(text) {}
     fn::String text() const override {
         ++textsMade;
-        return content;
+        return _text;
     }
     CountedMessage* clone() const override { return new CountedMessage(*this); }
 
 private:
-    fn::String content;
+    fn::String _text;
 };
 
 // Logs one message of each priority with this threshold; gives what came out.
@@ -111,7 +110,6 @@ TEST(GstLogging, OneCategoryForOneName) {
 
 TEST(GstLogging, ManyThreadsAskAndLogAtOnce) {
     std::vector<std::thread> threads;
-    threads.reserve(8);
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([] {
             for (int round = 0; round < 100; ++round) {

@@ -153,13 +153,12 @@ TEST(TextAttributes, DefaultSetsNothing) {
 }
 
 TEST(TextAttributes, CopiesKeepEveryFieldAndTheMask) {
-    TextAttributes original = filled(0x80000005);
+    const TextAttributes original = filled(0x80000005);
     const TextAttributes copy(original);
     TextAttributes assigned;
     assigned = original;
-    original = TextAttributes();
-    EXPECT_EQ(describeFields(copy), describeFields(filled(0x80000005)));
-    EXPECT_EQ(describeFields(assigned), describeFields(filled(0x80000005)));
+    EXPECT_EQ(describeFields(copy), describeFields(original));
+    EXPECT_EQ(describeFields(assigned), describeFields(original));
 }
 
 struct Case {

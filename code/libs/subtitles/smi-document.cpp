@@ -64,11 +64,9 @@ fn::String toString(const xmlChar* text) {
     return fn::String(reinterpret_cast<const char*>(text));
 }
 
-using Attributes = std::map<fn::String, fn::String>;
-
 /// The list of names and values, up to its end or behind the first attribute without a value.
-Attributes attributeMap(const xmlChar** attributes) {
-    Attributes map;
+std::map<fn::String, fn::String> attributeMap(const xmlChar** attributes) {
+    std::map<fn::String, fn::String> map;
     if (attributes == nullptr) {
         return map;
     }
@@ -80,12 +78,6 @@ Attributes attributeMap(const xmlChar** attributes) {
         }
     }
     return map;
-}
-
-/// The elements whose attributes are looked at. Making a map for each of the others takes a fifth
-/// of the time of a whole document.
-bool hasAttributes(const fn::String& name) {
-    return name == "p" || name == "sync";
 }
 
 }  // namespace
@@ -144,9 +136,7 @@ void SMILoader::_startElement(void* context, const xmlChar* name, const xmlChar*
     auto* const loader = static_cast<SMILoader*>(context);
     loader->guarded([&] {
         loader->flushStyleText();
-        const fn::String element = toString(name).toLowerCase();
-        loader->startElement(element,
-                             hasAttributes(element) ? attributeMap(attributes) : Attributes());
+        loader->startElement(toString(name).toLowerCase(), attributeMap(attributes));
     });
 }
 
@@ -161,12 +151,11 @@ void SMILoader::_endElement(void* context, const xmlChar* name) {
 void SMILoader::_characters(void* context, const xmlChar* text, int size) {
     auto* const loader = static_cast<SMILoader*>(context);
     loader->guarded([&] {
-        const fn::StringView piece(reinterpret_cast<const char*>(text),
-                                   static_cast<std::size_t>(size));
+        const fn::String piece(reinterpret_cast<const char*>(text), static_cast<std::size_t>(size));
         if (loader->inStyle) {
             loader->styleText += piece;
         } else {
-            loader->appendText(piece);
+            loader->characters(piece);
         }
     });
 }

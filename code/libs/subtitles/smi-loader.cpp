@@ -18,91 +18,59 @@ namespace subtitles {
 
 namespace {
 
-/// The elements that mean something. All others are passed over, and their text flows on.
-enum class Element { Style, Sync, Paragraph, Break, Bold, Italic, Underline, StrikeThrough, Other };
-
-/// By length first: a document is mostly tags, and comparing each with every name took a tenth of
-/// the time.
-Element elementOf(const fn::String& name) {
-    switch (name.size()) {
-        case 1:
-            switch (name.front()) {
-                case 'p': return Element::Paragraph;
-                case 'b': return Element::Bold;
-                case 'i': return Element::Italic;
-                case 'u': return Element::Underline;
-                case 's': return Element::StrikeThrough;
-                default: return Element::Other;
-            }
-        case 2: return name == "br" ? Element::Break : Element::Other;
-        case 4: return name == "sync" ? Element::Sync : Element::Other;
-        case 5: return name == "style" ? Element::Style : Element::Other;
-        default: return Element::Other;
-    }
-}
-
-/// The record that an inline tag pushes, and whose mask its end tag removes; empty for others.
-TextAttributes attributesOf(Element element) {
+/// The attribute that an inline tag sets, as a record that sets it alone; empty for other tags.
+TextAttributes attributesOf(const fn::String& name) {
     TextAttributes attributes;
-    switch (element) {
-        case Element::Bold:
-            attributes.fontWeight = TextAttributes::FONT_WEIGHT_BOLD;
-            attributes.attributeMask = TextAttributes::FONT_WEIGHT;
-            break;
-        case Element::Italic:
-            attributes.fontStyle = TextAttributes::FONT_STYLE_ITALIC;
-            attributes.attributeMask = TextAttributes::FONT_STYLE;
-            break;
-        case Element::Underline:
-            attributes.underline = TextAttributes::UNDERLINE_SINGLE;
-            attributes.attributeMask = TextAttributes::UNDERLINE;
-            break;
-        case Element::StrikeThrough:
-            attributes.strikeThrough = true;
-            attributes.attributeMask = TextAttributes::STRIKE_THROUGH;
-            break;
-        default: break;
+    if (name == "b") {
+        attributes.fontWeight = TextAttributes::FONT_WEIGHT_BOLD;
+        attributes.attributeMask = TextAttributes::FONT_WEIGHT;
+    } else if (name == "i") {
+        attributes.fontStyle = TextAttributes::FONT_STYLE_ITALIC;
+        attributes.attributeMask = TextAttributes::FONT_STYLE;
+    } else if (name == "u") {
+        attributes.underline = TextAttributes::UNDERLINE_SINGLE;
+        attributes.attributeMask = TextAttributes::UNDERLINE;
+    } else if (name == "s") {
+        attributes.strikeThrough = true;
+        attributes.attributeMask = TextAttributes::STRIKE_THROUGH;
     }
     return attributes;
 }
 
-bool isInline(Element element) {
-    return element == Element::Bold || element == Element::Italic ||
-           element == Element::Underline || element == Element::StrikeThrough;
+bool isInline(const fn::String& name) {
+    return name == "b" || name == "i" || name == "u" || name == "s";
 }
 
 }  // namespace
 
 void SMILoader::startElement(const fn::String& name,
                              const std::map<fn::String, fn::String>& attributes) {
-    const Element element = elementOf(name);
-    if (element == Element::Style && parseStyleSheets) {
+    if (name == "style" && parseStyleSheets) {
         inStyle = true;
-    } else if (element == Element::Paragraph) {
-        startParagraph(noteClass(attributes));
-    } else if (element == Element::Sync) {
+    }
+    if (name == "p") {
+        fn::String className;
+        const auto found = fn::find(attributes, "class");
+        if (found != attributes.end() && !found->second.empty()) {
+            className = found->second.toLowerCase();
+            // Outside a sync block too: the class is used, whether its text counts or not.
+            classes.insert(className);
+        }
+        startParagraph(className);
+    }
+    if (name == "sync") {
         startSync(attributes);
     }
     if (!inParagraph) {
         return;
     }
-    if (isInline(element)) {
+    if (isInline(name)) {
         finishRun();
-        attributeStack.pushAttributes(attributesOf(element));
+        attributeStack.pushAttributes(attributesOf(name));
         run.attributes = attributeStack.cummulativeAttributes();
-    } else if (element == Element::Break) {
+    } else if (name == "br") {
         run.text += '\n';
     }
-}
-
-/// The paragraph's class, empty where it has none. It counts as used whether the paragraph's text
-/// does or not, outside a sync block too.
-fn::String SMILoader::noteClass(const std::map<fn::String, fn::String>& attributes) {
-    const auto found = fn::find(attributes, "class");
-    if (found == attributes.end() || found->second.empty()) {
-        return {};
-    }
-    return *classes.insert(found->second.toLowerCase()).first;
 }
 
 void SMILoader::startParagraph(const fn::String& className) {
@@ -131,23 +99,22 @@ void SMILoader::startSync(const std::map<fn::String, fn::String>& attributes) {
 }
 
 void SMILoader::endElement(const fn::String& name) {
-    if (inStyle && name.toLowerCase() == "style") {
+    if (name.toLowerCase() == "style") {
         inStyle = false;
     }
-    const Element element = elementOf(name);
-    if (element == Element::Sync) {
+    if (name == "sync") {
         finishSync();
     }
     if (!inParagraph) {
         return;
     }
-    if (element == Element::Paragraph) {
+    if (name == "p") {
         finishParagraph();
         inParagraph = false;
-    } else if (isInline(element)) {
+    } else if (isInline(name)) {
         // By attribute, not by tag: badly nested tags end what their kind has set. The open run
         // got its attributes when it began.
-        attributeStack.removeAttributes(static_cast<int>(attributesOf(element).attributeMask));
+        attributeStack.removeAttributes(static_cast<int>(attributesOf(name).attributeMask));
         finishRun();
         run.attributes = attributeStack.cummulativeAttributes();
     }
@@ -157,21 +124,13 @@ void SMILoader::characters(const fn::String& text) {
     if (inStyle) {
         readStyle(text);
     }
-    appendText(fn::to_string_view(text));
-}
-
-/// Line ends of the source mean nothing, not even a blank: only "br" and a new paragraph do.
-void SMILoader::appendText(fn::StringView text) {
     if (!inParagraph) {
         return;
     }
-    while (!text.empty()) {
-        const std::size_t plain = std::min(text.find_first_of("\n\r\t"), text.size());
-        run.text.append(text.data(), plain);
-        text.remove_prefix(plain);
-        if (!text.empty()) {
-            run.text.append(text.front() == '\t' ? 1 : 0, ' ');
-            text.remove_prefix(1);
+    // Line ends of the source mean nothing, not even a blank: only "br" and a new paragraph do.
+    for (const char byte : text) {
+        if (byte != '\n' && byte != '\r') {
+            run.text += byte == '\t' ? ' ' : byte;
         }
     }
 }
@@ -196,9 +155,7 @@ void SMILoader::finishRun() {
 
 void SMILoader::finishParagraph() {
     finishRun();
-    if (!attributeStack.empty()) {
-        attributeStack = TextAttributesStack();
-    }
+    attributeStack = TextAttributesStack();
 }
 
 void SMILoader::finishSync() {
@@ -229,10 +186,6 @@ bool SMILoader::isBlankSync() const {
     }
     // Trimmed first: blanks between two no-break spaces are text.
     fn::String text = runs.front().text.trim(true);
-    // What is taken away below begins with one of these bytes, so most texts need no search.
-    if (!text.empty() && text.front() != '&' && text.front() != '\xC2') {
-        return false;
-    }
     text.replaceAll("\xC2\xA0", "");
     text.replaceAll("&nbsp;", "");
     text.replaceAll("&nbsp", "");

@@ -4,7 +4,6 @@
 
 #include "subtitles/subtitle-loader.h"
 
-#include "subtitles/smi-subtitle-loader.h"
 #include "subtitles/srt-loader.h"
 
 namespace subtitles {
@@ -16,7 +15,6 @@ SubtitleLoader::~SubtitleLoader() = default;
 std::list<SubtitleLoader*> SubtitleLoader::createDefaultLoaders() {
     return {
         new SrtSubtitleLoader,
-        new SMISubtitleLoader,
     };
 }
 

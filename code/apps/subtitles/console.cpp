@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// Standard output and standard error, by plain system calls: so every failure to write is seen, a
+// full disk as well as a reader that has gone.
+
+#include "console.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include <unistd.h>
+
+#include "exit-status.h"
+#include "visible-text.h"
+
+namespace tool {
+
+namespace {
+
+constexpr std::size_t bufferSize = 64 * 1024;
+constexpr std::chrono::milliseconds progressInterval{100};
+constexpr std::string_view eraseLine = "\r\x1B[K";
+
+std::string_view environment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+bool canMoveCursor(int descriptor) {
+    const std::string_view terminal = environment("TERM");
+    return isatty(descriptor) != 0 && !terminal.empty() && terminal != "dumb";
+}
+
+TextStyle styleOf(int descriptor) {
+    if (!canMoveCursor(descriptor) || std::getenv("NO_COLOR") != nullptr) {
+        return TextStyle::None;
+    }
+    const std::string_view depth = environment("COLORTERM");
+    return depth == "truecolor" || depth == "24bit" ? TextStyle::TrueColor : TextStyle::Colors256;
+}
+
+/// 0, or the error that stopped the writing.
+int writeAll(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = ::write(descriptor, text.data(), text.size());
+        if (written < 0 && errno != EINTR) {
+            return errno;
+        }
+        text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+    }
+    return 0;
+}
+
+}  // namespace
+
+Console::Console()
+    : _textStyle(styleOf(STDOUT_FILENO)), _canShowProgress(canMoveCursor(STDERR_FILENO)) {}
+
+void Console::write(std::string_view text) {
+    clearProgress();
+    _output.append(text);
+    if (_output.size() >= bufferSize) {
+        flush();
+    }
+}
+
+void Console::flush() {
+    const std::string output = std::exchange(_output, {});
+    const int error = writeAll(STDOUT_FILENO, output);
+    if (error == EPIPE) {
+        throw Closed{};
+    }
+    if (error != 0) {
+        throw Failure(std::string("standard output: ") + std::strerror(error));
+    }
+}
+
+void Console::message(std::string_view text) {
+    clearProgress();
+    flush();
+    // There is nobody left to tell where this fails.
+    writeAll(STDERR_FILENO, "subtitles: " + visibleLine(text) + "\n");
+}
+
+void Console::showProgress(std::string_view text) {
+    const Clock::time_point now = Clock::now();
+    if (!_canShowProgress || now < _nextProgress) {
+        return;
+    }
+    _nextProgress = now + progressInterval;
+    _progressIsShown = true;
+    writeAll(STDERR_FILENO, std::string(eraseLine) + visibleLine(text));
+}
+
+void Console::clearProgress() {
+    if (std::exchange(_progressIsShown, false)) {
+        writeAll(STDERR_FILENO, eraseLine);
+    }
+}
+
+}  // namespace tool

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "console.h"
+#include "exit-status.h"
+#include "json-document.h"
+
+namespace tool {
+
+/// What went wrong with a file, in words that name it once.
+std::string describeFailure(const std::string& path, const std::string& words);
+
+/// The files that a command over several could not read. One bad file does not hide the others.
+class FileFailures {
+public:
+    /// The console must outlive the object.
+    explicit FileFailures(Console& console) : _console(console) {}
+
+    /// Reports the file at once.
+    void add(const std::string& path, const std::string& words);
+
+    /// Writes the array "errors" with path and message of each.
+    void writeTo(JsonDocument& document) const;
+
+    /// `Failed` where there are any, else what the command would say.
+    ExitStatus statusOr(ExitStatus status) const {
+        return _failures.empty() ? status : ExitStatus::Failed;
+    }
+
+private:
+    struct Entry {
+        std::string path;
+        std::string words;
+    };
+
+    Console& _console;
+    std::vector<Entry> _failures;
+};
+
+}  // namespace tool

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "text-encoding.h"
+
+#include "foundation/byte-array.h"
+#include "foundation/file-stream.h"
+#include "foundation/stream-reader.h"
+#include "foundation/string-view.h"
+#include "foundation/string.h"
+#include "foundation/utf8.h"
+
+#include "subtitles/charset-detector.h"
+
+namespace tool {
+
+namespace {
+
+constexpr unsigned long longestText = 8388608;  // what the library reads of a file, in bytes
+
+fn::ByteArray readFile(const std::string& path) {
+    fn::FileInputStream stream(fn::FileDescriptor::read(path));
+    return fn::StreamReader(&stream).readEverything(longestText);
+}
+
+/// Whether the library takes the bytes for UTF-8 where nobody names an encoding: a character that
+/// its limit has cut in two is no fault.
+bool isUTF8(fn::StringView bytes) {
+    if (bytes.size() == longestText) {
+        bytes.remove_suffix(fn::utf8::incompleteTail(bytes));
+    }
+    return fn::utf8::isValid(bytes);
+}
+
+}  // namespace
+
+std::string encodingOfFile(const std::string& path) {
+    const fn::ByteArray bytes = readFile(path);
+    subtitles::CharsetDetector detector;
+    detector.pushData(bytes.data(), bytes.size());
+    detector.done();
+    const fn::String& charset = detector.detectedCharset();
+    if (!charset.empty() && fn::String::isKnownEncoding(charset)) {
+        return charset;
+    }
+    return isUTF8(bytes.view()) ? "UTF-8" : "windows-1252";
+}
+
+}  // namespace tool
