@@ -95,7 +95,7 @@ TEST_F(Find, SaysThatThereIsNone) {
     folder.writeFile("Other.de.srt", twoCues);
     const ToolAnswer answer = find();
     EXPECT_EQ(answer.output, "");
-    EXPECT_EQ(answer.error, "subtitles: .: no subtitles whose names begin with \"Film\"\n");
+    EXPECT_EQ(answer.error, "subtitles: no subtitles in '.' whose names begin with 'Film'\n");
     EXPECT_EQ(answer.status, 1);
 }
 

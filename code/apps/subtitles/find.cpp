@@ -182,10 +182,10 @@ void printJson(Console& console, const Search& search, const std::vector<Found>&
     document.end();
 }
 
-std::string describe(const Search& search) {
-    return search.folder + ": no subtitles" +
-           (search.prefix.empty() ? std::string()
-                                  : " whose names begin with \"" + search.prefix + "\"");
+std::string nothingFound(const Search& search) {
+    const std::string words = "no subtitles in '" + search.folder + "'";
+    return search.prefix.empty() ? words
+                                 : words + " whose names begin with '" + search.prefix + "'";
 }
 
 }  // namespace
@@ -209,7 +209,7 @@ ExitStatus find(Console& console, const FindOptions& options) {
         print(console, found);
     }
     if (found.empty()) {
-        console.message(describe(search));
+        console.message(nothingFound(search));
         return failures.statusOr(ExitStatus::Findings);
     }
     return failures.statusOr(ExitStatus::Done);
