@@ -7,7 +7,7 @@ target_compile_features(project-options INTERFACE cxx_std_17)
 target_compile_options(project-options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused -Wformat=2 -Wimplicit-fallthrough
-  -Wnull-dereference -Wextra-semi
+  -Wextra-semi
   $<$<BOOL:${SUBTITLES_WERROR}>:-Werror>)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)

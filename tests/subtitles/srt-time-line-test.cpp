@@ -160,14 +160,14 @@ class RandomLine {
 public:
     std::string operator()() {
         std::string line;
-        switch (_random() % 3) {
+        switch (random() % 3) {
             case 0: line = anyPieces(); break;
             case 1: line = time() + space() + "-->" + space() + time(); break;
             default:
                 line = time() + space() + "-->" + time() + pick(_pieces) + "-->" + time();
                 break;
         }
-        for (std::size_t count = _random() % 3; count > 0; --count) {
+        for (std::size_t count = random() % 3; count > 0; --count) {
             change(line);
         }
         return line;
@@ -183,31 +183,31 @@ private:
 
     template <std::size_t size>
     const char* pick(const char* const (&pieces)[size]) {
-        return pieces[_random() % size];
+        return pieces[random() % size];
     }
     std::string space() { return pick(_spaces); }
-    std::string number() { return std::to_string(_random() >> (_random() % 32)); }
+    std::string number() { return std::to_string(random() >> (random() % 32)); }
     std::string time() {
-        return number() + ":" + number() + ":" + number() + (_random() % 2 == 0 ? "," : ".") +
+        return number() + ":" + number() + ":" + number() + (random() % 2 == 0 ? "," : ".") +
                number();
     }
     std::string anyPieces() {
         std::string line;
-        for (std::size_t count = _random() % 24; count > 0; --count) {
+        for (std::size_t count = random() % 24; count > 0; --count) {
             line += pick(_pieces);
         }
         return line;
     }
     void change(std::string& line) {
-        const std::size_t at = _random() % (line.size() + 1);
-        if (_random() % 2 == 0 && at < line.size()) {
-            line.erase(at, 1 + _random() % 2);
+        const std::size_t at = random() % (line.size() + 1);
+        if (random() % 2 == 0 && at < line.size()) {
+            line.erase(at, 1 + random() % 2);
         } else {
             line.insert(at, pick(_pieces));
         }
     }
 
-    std::mt19937 _random{11};
+    std::mt19937 random{11};
 };
 
 TEST(SrtTimeLineOfRandomText, IsWhatTheExpressionSays) {

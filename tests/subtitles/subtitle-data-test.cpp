@@ -177,6 +177,7 @@ TEST(SubtitleData, UntimedBuffersAmongOthersSurviveTheSort) {
     std::mt19937 random(20260);
     for (int round = 0; round < 50; ++round) {
         std::vector<Cue> cues;
+        cues.reserve(300);
         for (int i = 0; i < 300; ++i) {
             cues.push_back({random() % 3 == 0 ? none : random() % 100, 2 * second, "x"});
         }

@@ -149,8 +149,8 @@ class RandomText {
 public:
     std::string operator()() {
         std::string text;
-        for (std::size_t count = _random() % 16; count > 0; --count) {
-            text += _pieces[_random() % std::size(_pieces)];
+        for (std::size_t count = random() % 16; count > 0; --count) {
+            text += _pieces[random() % std::size(_pieces)];
         }
         return text;
     }
@@ -194,7 +194,7 @@ private:
                                               "{an",
                                               "7"};
 
-    std::mt19937 _random{20260701};
+    std::mt19937 random{20260701};
 };
 
 TEST(SrtMarkupText, RandomTextsAreReadAsTheAlternativesSay) {

@@ -229,38 +229,38 @@ TEST(TextAttributesStack, CopiesGoTheirOwnWays) {
 // The same in the obvious way: a list of records, laid over each other at every query.
 class ListOfRecords {
 public:
-    void pushAttributes(const TextAttributes& attributes) { _entries.push_back(attributes); }
+    void pushAttributes(const TextAttributes& attributes) { entries.push_back(attributes); }
     void popAttributes() {
-        if (!_entries.empty()) {
-            _entries.pop_back();
+        if (!entries.empty()) {
+            entries.pop_back();
         }
     }
     void removeAttributes(int mask) {
-        for (TextAttributes& entry : _entries) {
+        for (TextAttributes& entry : entries) {
             entry.attributeMask &= ~(static_cast<std::uint32_t>(mask) & allAttributes);
         }
-        while (!_entries.empty() && _entries.back().attributeMask == 0) {
-            _entries.pop_back();
+        while (!entries.empty() && entries.back().attributeMask == 0) {
+            entries.pop_back();
         }
     }
     TextAttributes cummulativeAttributes() const {
         TextAttributes result;
-        for (const TextAttributes& entry : _entries) {
+        for (const TextAttributes& entry : entries) {
             result.applyTextAttributes(entry);
         }
         return result;
     }
 
 private:
-    std::list<TextAttributes> _entries;
+    std::list<TextAttributes> entries;
 };
 
 class Random {
 public:
-    explicit Random(unsigned int seed) : _engine(seed) {}
+    explicit Random(unsigned int seed) : engine(seed) {}
 
     std::uint32_t below(std::uint32_t limit) {
-        return static_cast<std::uint32_t>(_engine()) % limit;
+        return static_cast<std::uint32_t>(engine()) % limit;
     }
 
     // A few bits, now and then one that means nothing.
@@ -290,10 +290,10 @@ private:
     }
     template <class Number>
     void fill(Number* value) {
-        *value = static_cast<Number>(static_cast<std::int32_t>(_engine()));
+        *value = static_cast<Number>(static_cast<std::int32_t>(engine()));
     }
 
-    std::mt19937 _engine;
+    std::mt19937 engine;
 };
 
 template <class Stack>

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/subtitles/formats-reference.h"
 #include "tests/support/build-text.h"
 #include "tests/support/random-text.h"
 
@@ -68,28 +69,12 @@ TEST(WebVTTExporterRunText, KeepsNulBytes) {
     EXPECT_EQ(WebVTTExporter().processRunText(fn::String("a\0", 2)), fn::String("&lrm;a\0", 7));
 }
 
-// Line by line and row by row, as the format's rules for text are told.
-fn::String oneAfterTheOther(const fn::String& text) {
-    const std::vector<fn::String> lines = text.split('\n', fn::String::KeepEmptyParts, -1);
-    fn::String result;
-    for (fn::String line : lines) {
-        line.replaceAll("&", "&amp;");
-        line.replaceAll("<", "&lt;");
-        line.replaceAll("<", "&gt;");
-        line.replaceAll("\xE2\x80\x8E", "&lrm;");
-        line.replaceAll("\xE2\x80\x8F", "&rlm;");
-        line.replaceAll("\xC2\xA0", "&nbsp;");
-        result += (result.empty() ? "" : "\n") + fn::String("&lrm;") + line;
-    }
-    return result;
-}
-
 TEST(WebVTTExporterRunText, IsTheSameAsReplacingRowByRow) {
     test::RandomText random({"&", "<", ">", "\n", "\xE2", "\x80", "\x8E", "\x8F", "\xC2", "\xA0",
                              "\xE2\x80\x8E", "\xE2\x80\x8F", "\xC2\xA0", "&lt;", "amp;", "text"});
     for (int i = 0; i < 5000; ++i) {
         const fn::String text = random.next(12);
-        ASSERT_EQ(WebVTTExporter().processRunText(text), oneAfterTheOther(text));
+        ASSERT_EQ(WebVTTExporter().processRunText(text), formats_reference::webVTTText(text));
     }
 }
 

@@ -65,6 +65,7 @@ constexpr State start = 1;
 
 /// The actions of one transition, in the order in which they run. They are numbered from 0.
 struct ActionList {
+    // NOLINTNEXTLINE(readability-identifier-naming): read with the name of its class
     static constexpr std::size_t limit = 6;
     std::array<std::uint8_t, limit> actions = {};
     std::uint8_t count = 0;
@@ -90,6 +91,7 @@ struct Transition {
 /// A state. Its transitions are tried in the order in which they stand, so that a set may hold
 /// bytes of one before it; the last transition takes every byte that is left.
 struct Row {
+    // NOLINTNEXTLINE(readability-identifier-naming): read with the name of its class
     static constexpr std::size_t limit = 13;
     State state;
     std::array<Transition, limit> transitions;
@@ -198,8 +200,10 @@ struct Cell {
 /// A compiled machine.
 template <std::size_t stateCount, std::size_t classCount>
 struct Machine {
+    // NOLINTBEGIN(readability-identifier-naming): read as what the machine has
     static constexpr std::size_t states = stateCount;  ///< State 0 among them.
     static constexpr std::size_t classes = classCount;
+    // NOLINTEND(readability-identifier-naming)
 
     std::array<std::uint8_t, 256> classOfByte = {};
     std::array<std::array<Cell, classCount>, stateCount> cells = {};

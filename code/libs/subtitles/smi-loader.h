@@ -78,8 +78,10 @@ public:
     static void _characters(void* context, const unsigned char* text, int size);
 
 private:
+    fn::String noteClass(const std::map<fn::String, fn::String>& attributes);
     void startParagraph(const fn::String& className);
     void startSync(const std::map<fn::String, fn::String>& attributes);
+    void appendText(fn::StringView text);
     void readStyle(fn::String text);
     bool isBlankSync() const;
     void flushStyleText();

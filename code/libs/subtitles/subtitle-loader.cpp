@@ -4,6 +4,7 @@
 
 #include "subtitles/subtitle-loader.h"
 
+#include "subtitles/smi-subtitle-loader.h"
 #include "subtitles/srt-loader.h"
 
 namespace subtitles {
@@ -15,6 +16,7 @@ SubtitleLoader::~SubtitleLoader() = default;
 std::list<SubtitleLoader*> SubtitleLoader::createDefaultLoaders() {
     return {
         new SrtSubtitleLoader,
+        new SMISubtitleLoader,
     };
 }
 

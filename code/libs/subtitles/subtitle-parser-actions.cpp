@@ -64,8 +64,8 @@ void Markup::perform(Action action, const char* at) {
         case Action::CloseItalic: close(TextAttributes::FONT_STYLE); break;
         case Action::OpenUnderline: open(underlined()); break;
         case Action::CloseUnderline: close(TextAttributes::UNDERLINE); break;
-        case Action::BeginColor: _colorBegin = at; break;
-        case Action::EndColor: _colorEnd = at; break;
+        case Action::BeginColor: colorBegin = at; break;
+        case Action::EndColor: colorEnd = at; break;
         case Action::OpenColor: openColor(); break;
         case Action::CloseColor: close(TextAttributes::FOREGROUND_COLOR); break;
     }
@@ -76,24 +76,24 @@ void Markup::open(const TextAttributes& attributes) {
     // One closing tag ends all of its kind, so that a second "<i>" in italic text changes nothing.
     // A text may open it a million times. A second colour is another one.
     const bool isAsBefore = attributes.attributeMask != TextAttributes::FOREGROUND_COLOR &&
-                            (_openMask & attributes.attributeMask) != 0;
+                            (openMask & attributes.attributeMask) != 0;
     if (!isAsBefore) {
         state.open.pushAttributes(attributes);
-        _openMask |= attributes.attributeMask;
+        openMask |= attributes.attributeMask;
     }
 }
 
 void Markup::close(TextAttributes::Attribute attribute) {
     state.runDone();
     state.open.removeAttributes(static_cast<int>(attribute));
-    _openMask &= ~static_cast<std::uint32_t>(attribute);
+    openMask &= ~static_cast<std::uint32_t>(attribute);
 }
 
 void Markup::openColor() {
     // On `<font color="r><font color=">y` the second tag begins a value behind the quote at which
     // the first one's value ends, and that end is the last one seen: the value is empty.
-    const bool isValue = _colorBegin < _colorEnd;
-    open(colored(isValue ? fn::String(_colorBegin, _colorEnd) : fn::String()));
+    const bool isValue = colorBegin < colorEnd;
+    open(colored(isValue ? fn::String(colorBegin, colorEnd) : fn::String()));
 }
 
 }  // namespace subtitles::srt

@@ -51,9 +51,9 @@ private:
     void close(TextAttributes::Attribute attribute);
     void openColor();
 
-    const char* _colorBegin = nullptr;
-    const char* _colorEnd = nullptr;
-    std::uint32_t _openMask = 0;  ///< The attributes that are open.
+    const char* colorBegin = nullptr;
+    const char* colorEnd = nullptr;
+    std::uint32_t openMask = 0;  ///< The attributes that are open.
 };
 
 }  // namespace subtitles::srt

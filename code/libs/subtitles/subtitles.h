@@ -13,6 +13,7 @@
 #include "subtitles/color.h"
 #include "subtitles/gst-buffer-ptr.h"
 #include "subtitles/language.h"
+#include "subtitles/pango-markup.h"
 #include "subtitles/style-sheet.h"
 #include "subtitles/subtitle-data.h"
 #include "subtitles/subtitle-finder.h"

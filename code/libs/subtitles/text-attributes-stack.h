@@ -22,6 +22,9 @@ class TextAttributesStack {
 public:
     TextAttributesStack() { newest.fill(_none); }
 
+    /// True where there is no entry.
+    bool empty() const { return entries.empty(); }
+
     /// Puts an entry on top. It is to have those attributes alone that its tag sets.
     void pushAttributes(const TextAttributes& attributes);
 

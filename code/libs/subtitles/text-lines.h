@@ -13,22 +13,22 @@ namespace subtitles {
 /// `fn::StreamReader::readLine` would give. The text must outlive the walk and its lines.
 class TextLines {
 public:
-    explicit TextLines(fn::StringView text) : _rest(text) {}
+    explicit TextLines(fn::StringView text) : rest(text) {}
 
     /// The next line without its end, nothing behind the last one. A line ends at LF, and one CR
     /// directly before it goes with it; a lone CR is an ordinary byte. The last line needs no LF.
     std::optional<fn::StringView> next() {
-        if (_rest.empty()) {
+        if (rest.empty()) {
             return std::nullopt;
         }
-        const std::size_t end = _rest.find('\n');
+        const std::size_t end = rest.find('\n');
         if (end == fn::StringView::npos) {
-            const fn::StringView last = _rest;
-            _rest = fn::StringView();
+            const fn::StringView last = rest;
+            rest = fn::StringView();
             return last;
         }
-        fn::StringView line = _rest.substr(0, end);
-        _rest.remove_prefix(end + 1);
+        fn::StringView line = rest.substr(0, end);
+        rest.remove_prefix(end + 1);
         if (!line.empty() && line.back() == '\r') {
             line.remove_suffix(1);
         }
@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    fn::StringView _rest;
+    fn::StringView rest;
 };
 
 }  // namespace subtitles

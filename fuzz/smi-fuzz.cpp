@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// SMI documents, as text that the loader has decoded already.
+
+#include <cstddef>
+#include <cstdint>
+
+#include <gst/gst.h>
+
+#include "foundation/string.h"
+
+#include "subtitles/attributed-text-buffer.h"
+#include "subtitles/smi-loader.h"
+
+#include "fuzz/fuzz-require.h"
+
+namespace {
+
+void checkBuffers(const subtitles::SMILoader& loader) {
+    for (const auto& buffer : loader.buffers) {
+        FUZZ_REQUIRE(GST_BUFFER_PTS(buffer.get()) <= 2147483647 * GST_MSECOND);
+        FUZZ_REQUIRE(!GST_BUFFER_DURATION_IS_VALID(buffer.get()));
+        if (gst_buffer_get_size(buffer.get()) == 0) {
+            continue;
+        }
+        const subtitles::AttributedText text = subtitles::attributedTextFromBuffer(buffer.get());
+        FUZZ_REQUIRE(!text.empty());
+        for (const auto& run : text) {
+            FUZZ_REQUIRE(!run.text.empty());
+        }
+    }
+}
+
+void checkLanguages(const subtitles::SMILoader& loader) {
+    const auto languages = loader.getLanguages();
+    FUZZ_REQUIRE(languages.size() == loader.classes.size());
+    for (const auto& entry : languages) {
+        FUZZ_REQUIRE(loader.classes.count(entry.className) == 1);
+        FUZZ_REQUIRE(entry.languageCode.empty() || entry.languageName.empty());
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const fn::String text(reinterpret_cast<const char*>(data), size);
+    subtitles::SMILoader analysis;
+    analysis.parseText(text);
+    checkBuffers(analysis);
+    checkLanguages(analysis);
+
+    subtitles::SMILoader loading;
+    loading.parseStyleSheets = false;
+    loading.parseText(text);
+    // What a style sheet says changes no cue.
+    FUZZ_REQUIRE(loading.buffers.size() == analysis.buffers.size());
+    FUZZ_REQUIRE(loading.classes == analysis.classes);
+    FUZZ_REQUIRE(loading.languages.empty());
+
+    for (const fn::String& wanted : analysis.classes) {
+        subtitles::SMILoader one;
+        one.parseStyleSheets = false;
+        one.wantedClass = wanted;
+        one.parseText(text);
+        checkBuffers(one);
+        FUZZ_REQUIRE(one.buffers.size() <= analysis.buffers.size());
+    }
+    return 0;
+}

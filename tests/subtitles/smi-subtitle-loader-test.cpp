@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "subtitles/smi-subtitle-loader.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "foundation/exception.h"
+
+#include "tests/support/describe.h"
+#include "tests/support/temporary-folder.h"
+
+namespace subtitles {
+namespace {
+
+constexpr char twoLanguages[] =
+    "<SAMI><HEAD><STYLE TYPE=\"text/css\"><!--\n"
+    ".ENCC {Name:English; lang:en-US;}\n"
+    ".KRCC {Name:Korean; lang:ko-KR;}\n"
+    "--></STYLE></HEAD><BODY>\n"
+    "<SYNC Start=1000><P Class=KRCC>\xC7\xD1\xB1\xDB \xC0\xDA\xB8\xB7\xC0\xC7 \xC3\xB9 \xC1\xD9"
+    "<P Class=ENCC>First line\n"
+    "<SYNC Start=3000><P Class=KRCC>&nbsp;<P Class=ENCC>&nbsp;\n"
+    "<SYNC Start=5000><P Class=KRCC>\xB5\xCE \xB9\xF8\xC2\xB0 \xC1\xD9\xC0\xD4\xB4\xCF\xB4\xD9"
+    "<P Class=ENCC>Second line\n"
+    "</BODY></SAMI>\n";
+
+class SMIFile : public testing::Test {
+protected:
+    /// The references of a file with these contents: class, code and name of each.
+    std::string analyze(const std::string& name, const std::string& contents) {
+        references = loader.analyzeFile(
+            fn::Path::parsePath(folder.writeFile(name, contents), fn::Path::Style{}));
+        std::string text;
+        for (const SubtitleReference& reference : references) {
+            EXPECT_EQ(reference.type, SubtitleReference::FILE);
+            EXPECT_EQ(reference.mimeType, "application/x-smi");
+            EXPECT_EQ(reference.path, folder.path(name));
+            text += "[";
+            for (const auto& [key, value] : reference.loaderProperties) {
+                text += key + "=" + value + " ";
+            }
+            text += reference.languageCode + "/" + reference.customLanguageName + "]";
+        }
+        return text;
+    }
+
+    std::string load(std::size_t index, const char* encoding = "") {
+        return describe(*loader.loadSubtitle(references.at(index), encoding));
+    }
+
+    test::TemporaryFolder folder;
+    SMISubtitleLoader loader;
+    std::vector<SubtitleReference> references;
+};
+
+TEST_F(SMIFile, TwoClassesAreTwoReferences) {
+    EXPECT_EQ(analyze("x.smi", twoLanguages), "[class=encc en/][class=krcc ko/]");
+}
+
+TEST_F(SMIFile, ReferencesLoadTheirLanguageOnly) {
+    analyze("x.smi", twoLanguages);
+    ASSERT_EQ(references.size(), 2U);
+    EXPECT_EQ(load(0),
+              "application/x-attributed-text ns | 1000000000+1999999999 [First line] | "
+              "5000000000+5000000000 [Second line]");
+    EXPECT_NE(load(1).find("\xED\x95\x9C\xEA\xB8\x80"), std::string::npos);
+    EXPECT_EQ(load(1), load(1, "CP949"));
+}
+
+TEST_F(SMIFile, ExtensionCountsInAnyCase) {
+    EXPECT_NE(analyze("x.SMI", twoLanguages), "");
+    EXPECT_NE(analyze("x.Sami", twoLanguages), "");
+    EXPECT_EQ(analyze("x.txt", twoLanguages), "");
+}
+
+TEST_F(SMIFile, OtherExtensionIsNotOpened) {
+    EXPECT_TRUE(
+        loader.analyzeFile(fn::Path::parsePath("/nowhere/x.txt", fn::Path::Style{})).empty());
+    EXPECT_THROW(loader.analyzeFile(fn::Path::parsePath("/nowhere/x.smi", fn::Path::Style{})),
+                 fn::Exception);
+}
+
+TEST_F(SMIFile, OrderOfStyleAndBodyPlaysNoPart) {
+    EXPECT_EQ(analyze("x.smi",
+                      "<SAMI><BODY><SYNC Start=1><P Class=K>a</P></SYNC></BODY>"
+                      "<STYLE>.K {lang:ko} </STYLE></SAMI>"),
+              "[class=k ko/]");
+}
+
+TEST_F(SMIFile, DocumentWithoutClassesIsOneReference) {
+    EXPECT_EQ(analyze("x.smi", "<SAMI><SYNC Start=1><P>a<SYNC Start=9000><P>b</SAMI>"), "[/]");
+    EXPECT_EQ(load(0),
+              "application/x-attributed-text ns | 1000000+8998999999 [a] | "
+              "9000000000+5000000000 [b]");
+}
+
+TEST_F(SMIFile, DocumentWithoutTextIsNoReference) {
+    EXPECT_EQ(analyze("x.smi", ""), "");
+    EXPECT_EQ(analyze("x.smi", "  12 14  0  0  0  0            999 V2000\n"), "");
+}
+
+TEST_F(SMIFile, ClassThatIsNotInTheFileLoadsNothing) {
+    analyze("x.smi", twoLanguages);
+    references[0].loaderProperties["class"] = "jpcc";
+    EXPECT_EQ(load(0), "application/x-attributed-text ns");
+}
+
+TEST_F(SMIFile, WantedClassIsTakenAsItStands) {
+    analyze("x.smi", twoLanguages);
+    references[0].loaderProperties["class"] = "ENCC";
+    EXPECT_EQ(load(0), "application/x-attributed-text ns");
+}
+
+TEST_F(SMIFile, PropertiesSurviveSerialisation) {
+    analyze("x.smi", twoLanguages);
+    SubtitleReference copy;
+    ASSERT_TRUE(copy.deserialize(references[1].serialize()));
+    EXPECT_EQ(copy.loaderProperties, references[1].loaderProperties);
+    EXPECT_TRUE(loader.canHandle(copy));
+}
+
+TEST_F(SMIFile, CanHandleAsksForTypeAndMimeType) {
+    SubtitleReference reference;
+    reference.mimeType = "application/x-smi";
+    EXPECT_FALSE(loader.canHandle(reference));
+    reference.type = SubtitleReference::STREAM;
+    EXPECT_FALSE(loader.canHandle(reference));
+    reference.type = SubtitleReference::FILE;
+    EXPECT_TRUE(loader.canHandle(reference));
+    reference.mimeType = "application/x-srt";
+    EXPECT_FALSE(loader.canHandle(reference));
+}
+
+TEST_F(SMIFile, UnknownEncodingIsNamed) {
+    analyze("x.smi", twoLanguages);
+    try {
+        load(0, "no-such-encoding");
+        ADD_FAILURE() << "nothing was raised";
+    } catch (const fn::Exception& exception) {
+        EXPECT_NE(exception.displayText().find("no-such-encoding"), fn::String::npos);
+    }
+}
+
+}  // namespace
+}  // namespace subtitles
