@@ -39,7 +39,8 @@ std::vector<std::string> typesOf(const std::list<SubtitleLoader*>& loaders) {
     return types;
 }
 
-const auto inTheirOrder = ElementsAre("application/x-srt;");
+const auto inTheirOrder = ElementsAre("application/x-srt;", "application/x-micro-dvd-sub;",
+                                      "application/x-ass;", "application/x-smi;");
 
 }  // namespace
 

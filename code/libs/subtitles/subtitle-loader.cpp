@@ -4,6 +4,8 @@
 
 #include "subtitles/subtitle-loader.h"
 
+#include "subtitles/ass-loader.h"
+#include "subtitles/microdvd-loader.h"
 #include "subtitles/smi-subtitle-loader.h"
 #include "subtitles/srt-loader.h"
 
@@ -16,6 +18,8 @@ SubtitleLoader::~SubtitleLoader() = default;
 std::list<SubtitleLoader*> SubtitleLoader::createDefaultLoaders() {
     return {
         new SrtSubtitleLoader,
+        new MicroDVDSubtitleLoader,
+        new ASSSubtitleLoader,
         new SMISubtitleLoader,
     };
 }
