@@ -62,6 +62,11 @@ enum class Action : std::uint8_t {
     FallBack,         ///< To the start of the rule set, as a bare list; ends where none is open.
 };
 
+/// Whether the action leaves a message in the log, and with it most of its cost.
+constexpr bool isLogged(Action action) {
+    return Action::BeginRuleSet <= action && action <= Action::EndBraceValue;
+}
+
 enum Family : byte_machine::State {
     Stopped = byte_machine::error,
     // The selector side.

@@ -28,18 +28,49 @@ using style_sheet::groupOf;
 using style_sheet::machine;
 using Position = ParserState::Position;
 
-/// How far a text may be read.
+constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
+
+/// How much of selectors there is.
+struct Weight {
+    std::uint64_t segments = 0;
+    std::uint64_t names = 0;  ///< Without those that every segment has room for.
+    std::uint64_t bytes = 0;
+
+    Weight& operator+=(const Weight& other) {
+        segments += other.segments;
+        names += other.names;
+        bytes += other.bytes;
+        return *this;
+    }
+    std::uint64_t stepsToCopy() const { return 4 * segments + 2 * names + bytes / 16; }
+    std::uint64_t memory() const { return sizeof(fn::String) * names + bytes; }
+};
+
+Weight weightOf(const StyleSheet::SelectorSegment& segment) {
+    Weight weight = {1, 0, segment.name.size() + segment.id.size()};
+    for (const auto* names : {&segment.classes, &segment.pseudoClasses, &segment.attributes}) {
+        weight.names += names->size();
+        for (const fn::String& name : *names) {
+            weight.bytes += name.size();
+        }
+    }
+    return weight;
+}
+
+/// What ends the reading of a text ahead of its end.
 struct Bounds {
-    bool mayRepeat = true;  ///< Whether a rule set may be read as a bare list again and again.
-    std::uint64_t steps = std::numeric_limits<std::uint64_t>::max();
-    std::uint64_t segments = std::numeric_limits<std::uint64_t>::max();
+    bool mayRepeat;  ///< Whether a rule set may be read as a bare list again and again.
+    std::uint64_t segments;
+    std::uint64_t memory;  ///< Of the segments' names, in bytes.
 };
 
 class Recognizer {
 public:
-    Recognizer(StyleSheet& sheet, const fn::String& text, const Bounds& maximum)
+    Recognizer(StyleSheet& sheet, const fn::String& text, const Bounds& maximum,
+               StyleSheetEffort& total)
         : state(sheet, reinterpret_cast<Position>(text.c_str())),
           bounds(maximum),
+          effort(total),
           next(state.source),
           end(next + std::strlen(text.c_str()) + 1) {}
 
@@ -65,7 +96,7 @@ private:
     };
 
     void step(Position at) {
-        ++steps;
+        ++effort.spent;
         switch (mode) {
             case Mode::Plain: plain(at); break;
             case Mode::Escape: escape(at); break;
@@ -85,7 +116,7 @@ private:
             while (next != end && row[machine.classOfByte[*next]] == cell) {
                 ++next;
             }
-            steps += static_cast<std::uint64_t>(next - at - 1);
+            effort.spent += static_cast<std::uint64_t>(next - at - 1);
             state.append(at, next);
             return;
         }
@@ -172,6 +203,7 @@ private:
     }
 
     void perform(Action action, Position at) {
+        effort.spent += style_sheet::isLogged(action) ? stepsToLog : 0;
         switch (action) {
             case Action::Clear: state.clear(); break;
             case Action::Append: state.append(at); break;
@@ -180,10 +212,10 @@ private:
             case Action::AppendWhitespace: state.appendBraceValueWhitespace(); break;
             case Action::BeginRuleSet: beginRuleSet(at); break;
             case Action::EndRuleSet: endRuleSet(); break;
-            case Action::BeginSelector: state.beginSelector(); break;
+            case Action::BeginSelector: beginSelector(); break;
             case Action::EndSelector: endSelector(); break;
             case Action::BeginSegment: state.beginSelectorSegment(); break;
-            case Action::EndSegment: state.endSelectorSegment(); break;
+            case Action::EndSegment: endSegment(); break;
             case Action::SetName: state.setSelectorSegmentName(); break;
             case Action::SetId: state.setSelectorSegmentId(); break;
             case Action::AddClass: state.addSelectorSegmentClass(); break;
@@ -211,18 +243,33 @@ private:
 
     void beginRuleSet(Position at) {
         state.beginRuleSet(at);
-        openSegments = 0;
+        open = Weight();
     }
 
     void endRuleSet() {
         state.endRuleSet();
-        committedSegments += openSegments;
-        openSegments = 0;
+        committed += open;
+        open = Weight();
+    }
+
+    void beginSelector() {
+        state.beginSelector();
+        selector = Weight();
+    }
+
+    void endSegment() {
+        const Weight segment = weightOf(state.segment);
+        const std::size_t before = state.selector.segments.size();
+        state.endSelectorSegment();
+        if (state.selector.segments.size() > before) {
+            selector += segment;
+        }
     }
 
     void endSelector() {
         state.endSelector();
-        openSegments += state.selector.segments.size();
+        open += selector;
+        effort.spent += selector.stepsToCopy();
     }
 
     void openBracket() {
@@ -256,29 +303,35 @@ private:
         }
         lastFallBack = start;
         beginRuleSet(start);
+        effort.spent += stepsToLog;
         next = start;
         family = style_sheet::ListStart;
     }
 
     bool isExhausted() const {
-        return steps > bounds.steps || openSegments + committedSegments > bounds.segments;
+        return effort.spent > effort.allowed ||
+               open.segments + committed.segments > bounds.segments ||
+               open.memory() + committed.memory() > bounds.memory;
     }
 
     static bool isHexDigit(unsigned char byte) {
         return style_sheet::table::HexDigit.contains(byte);
     }
 
+    static constexpr std::uint64_t stepsToLog = 8;
+
     ParserState state;
     const Bounds bounds;
+    StyleSheetEffort& effort;
     Position next;  ///< The byte that is read next.
     Position end;   ///< Behind the NUL.
     Family family = style_sheet::Top;
     Mode mode = Mode::Plain;
     Position escapeStart = nullptr;   ///< The first digit of the hexadecimal escape.
     Position lastFallBack = nullptr;  ///< A rule set is never left again once another has begun.
-    std::uint64_t steps = 0;
-    std::uint64_t openSegments = 0;  ///< Those in the open rule set's selectors.
-    std::uint64_t committedSegments = 0;
+    Weight selector;                  ///< The open selector.
+    Weight open;                      ///< The open rule set's selectors.
+    Weight committed;
 };
 
 }  // namespace
@@ -288,13 +341,21 @@ void StyleSheet::parse(const fn::String& text) {
 }
 
 void parseStyleSheet(StyleSheet& sheet, const fn::String& text) {
-    Recognizer(sheet, text, Bounds()).run();
+    StyleSheetEffort effort = {0, unlimited};
+    Recognizer(sheet, text, {true, unlimited, unlimited}, effort).run();
+}
+
+void parseStyleSheetGuarded(StyleSheet& sheet, const fn::String& text, StyleSheetEffort& effort) {
+    constexpr std::uint64_t stepsPerByte = 64;
+    constexpr std::uint64_t segments = 200000;
+    constexpr std::uint64_t memory = 256U << 20U;
+    effort.allowed += stepsPerByte * text.size();
+    Recognizer(sheet, text, {false, segments, memory}, effort).run();
 }
 
 void parseStyleSheetGuarded(StyleSheet& sheet, const fn::String& text) {
-    constexpr std::uint64_t stepsPerByte = 64;
-    constexpr std::uint64_t segments = 200000;
-    Recognizer(sheet, text, {false, stepsPerByte * (text.size() + 1), segments}).run();
+    StyleSheetEffort effort;
+    parseStyleSheetGuarded(sheet, text, effort);
 }
 
 }  // namespace subtitles
