@@ -45,7 +45,9 @@ protected:
     /// Compares all readers on the text, and says so where they differ.
     bool agree(const std::string& text) {
         expected = test::readStyleSheet(text);
-        bool same = agreesWith(text, parseStyleSheetGuarded);
+        bool same = agreesWith(text, [](StyleSheet& sheet, const fn::String& bytes) {
+            parseStyleSheetGuarded(sheet, bytes);
+        });
         if (!expected.endless) {
             same = agreesWith(text, parseStyleSheet) && same;
         }

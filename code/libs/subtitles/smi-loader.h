@@ -14,6 +14,7 @@
 
 #include "subtitles/attributed-text.h"
 #include "subtitles/gst-buffer-ptr.h"
+#include "subtitles/style-sheet-parser.h"
 #include "subtitles/style-sheet.h"
 #include "subtitles/text-attributes-stack.h"
 
@@ -92,6 +93,7 @@ private:
     void* htmlParser = nullptr;    ///< While `parseText` runs.
     std::exception_ptr exception;  ///< What an entry point caught.
     fn::String styleText;          ///< The style element so far: it arrives in pieces.
+    StyleSheetEffort styleEffort;  ///< Of all style elements together.
 };
 
 }  // namespace subtitles

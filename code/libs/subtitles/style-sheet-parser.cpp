@@ -42,7 +42,7 @@ struct Weight {
         bytes += other.bytes;
         return *this;
     }
-    std::uint64_t stepsToCopy() const { return 4 * segments + 2 * names + bytes / 16; }
+    std::uint64_t stepsToCopy() const { return 4 * segments + 4 * names + bytes / 16; }
     std::uint64_t memory() const { return sizeof(fn::String) * names + bytes; }
 };
 
@@ -318,7 +318,7 @@ private:
         return style_sheet::table::HexDigit.contains(byte);
     }
 
-    static constexpr std::uint64_t stepsToLog = 8;
+    static constexpr std::uint64_t stepsToLog = 16;
 
     ParserState state;
     const Bounds bounds;
