@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "plugins/gstreamer/payload.h"
+
+#include <memory>
+
+#include <glib.h>
+
+namespace subtitles::element {
+
+namespace {
+
+struct FreeText {
+    void operator()(char* text) const { g_free(text); }
+};
+using OwnedText = std::unique_ptr<char, FreeText>;
+
+OwnedText validText(const fn::String& text) {
+    return OwnedText(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+}
+
+fn::String escaped(const fn::String& text) {
+    const OwnedText valid = validText(text);
+    return fn::String(OwnedText(g_markup_escape_text(valid.get(), -1)).get());
+}
+
+fn::String hexColor(const Color& color) {
+    return "#" + fn::String::numberHex(color.red, 2, '0') +
+           fn::String::numberHex(color.green, 2, '0') + fn::String::numberHex(color.blue, 2, '0');
+}
+
+constexpr const char* sizeWords[] = {"xx-small", "x-small", "small",   "medium",
+                                     "large",    "x-large", "xx-large"};
+constexpr const char* styleWords[] = {"normal", "oblique", "italic"};
+constexpr const char* underlineWords[] = {"none", "single", "double", "low", "error"};
+
+/// The word at an index that came over the wire; the first one where there is none.
+template <std::size_t size>
+const char* wordAt(const char* const (&words)[size], int index) {
+    return words[index >= 0 && index < static_cast<int>(size) ? index : 0];
+}
+
+/// The attributes of one span.
+class SpanAttributes {
+public:
+    explicit SpanAttributes(const TextAttributes& attributes) : _attributes(attributes) {
+        addFont();
+        addDecoration();
+    }
+
+    const fn::String& text() const { return _text; }
+
+private:
+    bool has(TextAttributes::Attribute attribute) const {
+        return (_attributes.attributeMask & attribute) != 0;
+    }
+
+    void add(const char* name, const fn::String& value) {
+        _text.append(" ").append(name).append("=\"").append(escaped(value)).append("\"");
+    }
+
+    void addFont() {
+        if (has(TextAttributes::FONT_DESCRIPTION)) {
+            add("font_desc", _attributes.fontDescription);
+        }
+        if (has(TextAttributes::FONT_FAMILY)) {
+            add("face", _attributes.fontFamily);
+        }
+        // One size at most: a span that names an attribute twice is no markup.
+        if (has(TextAttributes::FONT_SIZE_ABSOLUTE) && _attributes.fontSizeAbsolute > 0) {
+            add("size", fn::String::number(_attributes.fontSizeAbsolute, 0, ' '));
+        } else if (has(TextAttributes::FONT_SIZE_RELATIVE)) {
+            add("size", wordAt(sizeWords, _attributes.fontSizeRelative + 3));
+        }
+        if (has(TextAttributes::FONT_STYLE)) {
+            add("style", wordAt(styleWords, _attributes.fontStyle));
+        }
+        if (has(TextAttributes::FONT_WEIGHT)) {
+            const int weight = TextAttributes::fontWeightFromInt(_attributes.fontWeight);
+            add("weight", fn::String::number(weight, 0, ' '));
+        }
+    }
+
+    void addDecoration() {
+        if (has(TextAttributes::FOREGROUND_COLOR)) {
+            add("foreground", hexColor(_attributes.foregroundColor));
+        }
+        if (has(TextAttributes::BACKGROUND_COLOR)) {
+            add("background", hexColor(_attributes.backgroundColor));
+        }
+        if (has(TextAttributes::UNDERLINE)) {
+            add("underline", wordAt(underlineWords, _attributes.underline));
+        }
+        if (has(TextAttributes::STRIKE_THROUGH)) {
+            add("strikethrough", _attributes.strikeThrough ? "true" : "false");
+        }
+    }
+
+    const TextAttributes& _attributes;
+    fn::String _text;
+};
+
+}  // namespace
+
+fn::String toPangoMarkup(const AttributedText& text) {
+    fn::String markup;
+    for (const AttributedText::Run& run : text) {
+        const SpanAttributes attributes(run.attributes);
+        if (attributes.text().empty()) {
+            markup += escaped(run.text);
+        } else {
+            markup += "<span" + attributes.text() + ">" + escaped(run.text) + "</span>";
+        }
+    }
+    return markup;
+}
+
+fn::String toPlainText(const AttributedText& text) {
+    fn::String plain;
+    for (const AttributedText::Run& run : text) {
+        plain += run.text;
+    }
+    return fn::String(validText(plain).get());
+}
+
+}  // namespace subtitles::element

@@ -1,0 +1,488 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+//
+// The element reads its file on the streaming thread, so that a slow disk holds up no state change,
+// and then hands out one buffer a cue. Gaps between cues are told downstream as gap events: an
+// element that draws text would wait for the next cue otherwise.
+
+#include "plugins/gstreamer/subtitles-src.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <foundation/exception.h>
+
+#include "plugins/gstreamer/cue-track.h"
+#include "plugins/gstreamer/payload.h"
+
+GST_DEBUG_CATEGORY_STATIC(subtitles_src_debug);
+#define GST_CAT_DEFAULT subtitles_src_debug
+
+namespace {
+
+using subtitles::element::CueTrack;
+using subtitles::element::Span;
+using subtitles::element::TrackRequest;
+
+enum class Payload { PangoMarkup, PlainText, ASS };
+
+enum Property : guint {
+    Location = 1,
+    Reference,
+    Language,
+    SubtitleEncoding,
+    VideoFps,
+    DetectedFormat,
+    DetectedEncoding,
+    CueCount,
+};
+
+/// All that the element knows. Up to `track`, which is set once and then only read, the object's
+/// lock guards the fields: properties, caps and duration are asked for from any thread. All else
+/// belongs to the streaming thread.
+struct State {
+    TrackRequest request;
+    fn::String detectedFormat;
+    fn::String detectedEncoding;
+    guint cueCount = 0;
+    GstClockTime duration = GST_CLOCK_TIME_NONE;
+
+    std::shared_ptr<const CueTrack> track;
+
+    Payload payload = Payload::PangoMarkup;
+    bool positioned = false;    ///< Whether the fields below fit the segment.
+    std::size_t next = 0;       ///< The next cue; playing backwards, one behind it.
+    GstClockTime toldUpTo = 0;  ///< What cues and gaps have covered so far.
+    Span gap = {0, 0};          ///< To be told in front of the next buffer.
+    bool tagsPending = false;
+};
+
+}  // namespace
+
+struct _SubtitlesSrc {
+    GstBaseSrc parent;
+    State* state;
+};
+
+// The macro is C, and casts like it.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wold-style-cast"
+G_DEFINE_TYPE(SubtitlesSrc, subtitles_src, GST_TYPE_BASE_SRC)
+#pragma GCC diagnostic pop
+
+namespace {
+
+GstStaticPadTemplate sourceTemplate = GST_STATIC_PAD_TEMPLATE(
+    "src", GST_PAD_SRC, GST_PAD_ALWAYS,
+    GST_STATIC_CAPS("text/x-raw, format=(string)pango-markup; text/x-raw, format=(string)utf8; "
+                    "application/x-ass"));
+
+SubtitlesSrc* self(gpointer object) {
+    return SUBTITLES_SRC(object);
+}
+
+class ObjectLock {
+public:
+    explicit ObjectLock(SubtitlesSrc* source) : _object(GST_OBJECT(source)) {
+        GST_OBJECT_LOCK(_object);
+    }
+    ObjectLock(const ObjectLock&) = delete;
+    ObjectLock& operator=(const ObjectLock&) = delete;
+    ~ObjectLock() { GST_OBJECT_UNLOCK(_object); }
+
+private:
+    GstObject* _object;
+};
+
+// Properties
+
+fn::String stringOf(const GValue* value) {
+    return fn::String(g_value_get_string(value));
+}
+
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+    SubtitlesSrc* const source = self(object);
+    const ObjectLock lock(source);
+    TrackRequest& request = source->state->request;
+    switch (id) {
+        case Location: request.location = stringOf(value); break;
+        case Reference: request.reference = stringOf(value); break;
+        case Language: request.language = stringOf(value); break;
+        case SubtitleEncoding: request.encoding = stringOf(value); break;
+        case VideoFps:
+            request.fpsNumerator = gst_value_get_fraction_numerator(value);
+            request.fpsDenominator = gst_value_get_fraction_denominator(value);
+            break;
+        default: G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec); break;
+    }
+}
+
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+    SubtitlesSrc* const source = self(object);
+    const ObjectLock lock(source);
+    const State& state = *source->state;
+    switch (id) {
+        case Location: g_value_set_string(value, state.request.location.c_str()); break;
+        case Reference: g_value_set_string(value, state.request.reference.c_str()); break;
+        case Language: g_value_set_string(value, state.request.language.c_str()); break;
+        case SubtitleEncoding: g_value_set_string(value, state.request.encoding.c_str()); break;
+        case VideoFps:
+            gst_value_set_fraction(value, state.request.fpsNumerator, state.request.fpsDenominator);
+            break;
+        case DetectedFormat: g_value_set_string(value, state.detectedFormat.c_str()); break;
+        case DetectedEncoding: g_value_set_string(value, state.detectedEncoding.c_str()); break;
+        case CueCount: g_value_set_uint(value, state.cueCount); break;
+        default: G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec); break;
+    }
+}
+
+// Loading
+
+/// What the file turned out to be, for whoever reads the properties, and for the bus.
+void publish(SubtitlesSrc* source, std::shared_ptr<const CueTrack> track) {
+    State& state = *source->state;
+    {
+        const ObjectLock lock(source);
+        state.track = std::move(track);
+        state.detectedFormat = state.track->reference().mimeType;
+        state.detectedEncoding = state.track->encoding();
+        state.cueCount = static_cast<guint>(state.track->order().size());
+        state.duration = state.track->order().end();
+        GST_BASE_SRC(source)->segment.duration = state.duration;
+    }
+    GST_INFO_OBJECT(source, "%u cues of type %s in %s", state.cueCount,
+                    state.detectedFormat.c_str(), state.detectedEncoding.c_str());
+    gst_element_post_message(GST_ELEMENT(source),
+                             gst_message_new_duration_changed(GST_OBJECT(source)));
+}
+
+/// Reads the file, once. False where that failed, and then the error is on the bus.
+bool ensureLoaded(SubtitlesSrc* source) {
+    State& state = *source->state;
+    if (state.track) {
+        return true;
+    }
+    TrackRequest request;
+    {
+        const ObjectLock lock(source);
+        request = state.request;
+    }
+    try {
+        publish(source, std::make_shared<const CueTrack>(CueTrack::load(request)));
+    } catch (const std::exception& exception) {
+        GST_ELEMENT_ERROR(
+            source, RESOURCE, OPEN_READ, ("%s", exception.what()),
+            ("location '%s', encoding '%s'", request.location.c_str(), request.encoding.c_str()));
+        return false;
+    }
+    state.tagsPending = true;
+    return true;
+}
+
+gboolean stop(GstBaseSrc* base) {
+    SubtitlesSrc* const source = self(base);
+    source->state->positioned = false;
+    const ObjectLock lock(source);
+    source->state->track.reset();
+    source->state->duration = GST_CLOCK_TIME_NONE;
+    return TRUE;
+}
+
+// Caps
+
+std::shared_ptr<const CueTrack> trackOf(SubtitlesSrc* source) {
+    const ObjectLock lock(source);
+    return source->state->track;
+}
+
+GstCaps* assCaps(const CueTrack& track) {
+    const fn::String head = track.scriptHead();
+    GstBuffer* const codecData = gst_buffer_new_memdup(head.data(), head.size());
+    GstCaps* const caps =
+        gst_caps_new_simple("application/x-ass", "codec_data", GST_TYPE_BUFFER, codecData, nullptr);
+    gst_buffer_unref(codecData);
+    return caps;
+}
+
+GstCaps* textCaps() {
+    return gst_caps_from_string(
+        "text/x-raw, format=(string)pango-markup; text/x-raw, format=(string)utf8");
+}
+
+/// What the file can be given out as, its own form first.
+GstCaps* getCaps(GstBaseSrc* base, GstCaps* filter) {
+    const std::shared_ptr<const CueTrack> track = trackOf(self(base));
+    GstCaps* caps = nullptr;
+    if (!track) {
+        caps = gst_static_pad_template_get_caps(&sourceTemplate);
+    } else if (track->isASS()) {
+        caps = gst_caps_merge(assCaps(*track), textCaps());
+    } else {
+        caps = gst_caps_merge(textCaps(), assCaps(*track));
+    }
+    if (filter != nullptr) {
+        GstCaps* const both = gst_caps_intersect_full(filter, caps, GST_CAPS_INTERSECT_FIRST);
+        gst_caps_unref(caps);
+        caps = both;
+    }
+    return caps;
+}
+
+gboolean setCaps(GstBaseSrc* base, GstCaps* caps) {
+    const GstStructure* const structure = gst_caps_get_structure(caps, 0);
+    const char* const format = gst_structure_get_string(structure, "format");
+    Payload& payload = self(base)->state->payload;
+    if (gst_structure_has_name(structure, "application/x-ass")) {
+        payload = Payload::ASS;
+    } else {
+        payload = g_strcmp0(format, "utf8") == 0 ? Payload::PlainText : Payload::PangoMarkup;
+    }
+    return TRUE;
+}
+
+gboolean negotiate(GstBaseSrc* base) {
+    return ensureLoaded(self(base)) &&
+           GST_BASE_SRC_CLASS(subtitles_src_parent_class)->negotiate(base);
+}
+
+// Cues
+
+GstBuffer* makeBuffer(const fn::String& payload, const Span& span) {
+    GstBuffer* const buffer = gst_buffer_new_memdup(payload.data(), payload.size());
+    GST_BUFFER_PTS(buffer) = span.start;
+    GST_BUFFER_DURATION(buffer) = span.end - span.start;
+    return buffer;
+}
+
+fn::String payloadOf(const State& state, std::size_t index) {
+    switch (state.payload) {
+        case Payload::ASS: return state.track->event(index);
+        case Payload::PlainText: return subtitles::element::toPlainText(state.track->text(index));
+        case Payload::PangoMarkup: break;
+    }
+    return subtitles::element::toPangoMarkup(state.track->text(index));
+}
+
+/// Puts the reading position where the segment begins: at the first cue that is still shown there,
+/// or, playing backwards, behind the last one that begins before its end.
+void positionInSegment(State& state, const GstSegment& segment) {
+    if (segment.rate < 0) {
+        state.next = state.track->order().countStartingBefore(segment.stop);
+    } else {
+        state.next = 0;
+        state.toldUpTo = segment.position;
+    }
+    state.gap = {0, 0};
+    state.positioned = true;
+}
+
+/// The next cue of the segment; nothing where none is left.
+std::optional<std::size_t> takeForward(State& state, const GstSegment& segment) {
+    const auto& order = state.track->order();
+    const std::size_t index = order.nextEndingAfter(state.next, segment.start);
+    if (index == order.size() || order[index].start >= segment.stop) {
+        return {};
+    }
+    state.next = index + 1;
+    const Span& span = order[index];
+    state.gap = {state.toldUpTo, std::max(state.toldUpTo, span.start)};
+    state.toldUpTo = std::max(state.toldUpTo, span.end);
+    return index;
+}
+
+std::optional<std::size_t> takeBackward(State& state, const GstSegment& segment) {
+    const auto& order = state.track->order();
+    while (state.next > 0) {
+        --state.next;
+        if (order[state.next].end > segment.start) {
+            return state.next;
+        }
+    }
+    return {};
+}
+
+/// The payload of the cue; nothing where it cannot be read, which costs no other cue.
+std::optional<fn::String> readPayload(SubtitlesSrc* source, std::size_t index) {
+    try {
+        return payloadOf(*source->state, index);
+    } catch (const fn::Exception& exception) {
+        GST_ELEMENT_WARNING(source, STREAM, DECODE, ("%s", exception.what()),
+                            ("cue %" G_GSIZE_FORMAT, index));
+        return {};
+    }
+}
+
+GstFlowReturn create(GstBaseSrc* base, guint64, guint, GstBuffer** buffer) {
+    SubtitlesSrc* const source = self(base);
+    State& state = *source->state;
+    if (!ensureLoaded(source)) {
+        return GST_FLOW_ERROR;
+    }
+    const GstSegment& segment = base->segment;
+    if (!state.positioned) {
+        positionInSegment(state, segment);
+    }
+    while (true) {
+        const auto index =
+            segment.rate < 0 ? takeBackward(state, segment) : takeForward(state, segment);
+        if (!index) {
+            return GST_FLOW_EOS;
+        }
+        const std::optional<fn::String> payload = readPayload(source, *index);
+        // A cue without text shows nothing; the gap in front of the next one covers it.
+        if (payload && !payload->empty()) {
+            *buffer = makeBuffer(*payload, state.track->order()[*index]);
+            return GST_FLOW_OK;
+        }
+    }
+}
+
+gboolean doSeek(GstBaseSrc* base, GstSegment* segment) {
+    GST_DEBUG_OBJECT(base, "seek to %" GST_SEGMENT_FORMAT, static_cast<void*>(segment));
+    segment->time = segment->start;
+    self(base)->state->positioned = false;
+    return TRUE;
+}
+
+gboolean isSeekable(GstBaseSrc*) {
+    return TRUE;
+}
+
+gboolean query(GstBaseSrc* base, GstQuery* query) {
+    if (GST_QUERY_TYPE(query) != GST_QUERY_DURATION) {
+        return GST_BASE_SRC_CLASS(subtitles_src_parent_class)->query(base, query);
+    }
+    GstFormat format = GST_FORMAT_UNDEFINED;
+    gst_query_parse_duration(query, &format, nullptr);
+    SubtitlesSrc* const source = self(base);
+    const ObjectLock lock(source);
+    if (format != GST_FORMAT_TIME || source->state->duration == GST_CLOCK_TIME_NONE) {
+        return FALSE;
+    }
+    gst_query_set_duration(query, GST_FORMAT_TIME, static_cast<gint64>(source->state->duration));
+    return TRUE;
+}
+
+// What goes downstream beside the buffers
+
+GstTagList* makeTags(const CueTrack& track) {
+    GstTagList* const tags = gst_tag_list_new_empty();
+    const subtitles::SubtitleReference& reference = track.reference();
+    if (!reference.languageCode.empty()) {
+        const std::string code = reference.languageCode.toLowerCase();
+        gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_LANGUAGE_CODE, code.c_str(),
+                         GST_TAG_LANGUAGE_NAME, reference.languageName().c_str(), nullptr);
+    } else if (!reference.customLanguageName.empty()) {
+        gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_LANGUAGE_NAME,
+                         reference.customLanguageName.c_str(), nullptr);
+    }
+    const fn::String title = reference.name.empty() ? reference.languageName() : reference.name;
+    gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_TITLE, title.c_str(), nullptr);
+    return tags;
+}
+
+/// Tags and gaps belong behind the segment, which the base class sends only when it has the buffer;
+/// so they go in front of the buffer when that passes the pad.
+GstPadProbeReturn beforeBuffer(GstPad* pad, GstPadProbeInfo*, gpointer object) {
+    State& state = *self(object)->state;
+    if (state.tagsPending) {
+        state.tagsPending = false;
+        gst_pad_push_event(pad, gst_event_new_tag(makeTags(*state.track)));
+    }
+    const Span gap = state.gap;
+    state.gap = {0, 0};
+    if (gap.end > gap.start) {
+        gst_pad_push_event(pad, gst_event_new_gap(gap.start, gap.end - gap.start));
+    }
+    return GST_PAD_PROBE_OK;
+}
+
+void finalize(GObject* object) {
+    delete self(object)->state;
+    G_OBJECT_CLASS(subtitles_src_parent_class)->finalize(object);
+}
+
+// The class
+
+void installProperty(GObjectClass* objectClass, Property id, GParamSpec* spec) {
+    g_object_class_install_property(objectClass, id, spec);
+}
+
+constexpr auto readWrite = static_cast<GParamFlags>(static_cast<unsigned>(G_PARAM_READWRITE) |
+                                                    static_cast<unsigned>(G_PARAM_STATIC_STRINGS) |
+                                                    static_cast<unsigned>(GST_PARAM_MUTABLE_READY));
+constexpr auto readOnly = static_cast<GParamFlags>(static_cast<unsigned>(G_PARAM_READABLE) |
+                                                   static_cast<unsigned>(G_PARAM_STATIC_STRINGS));
+
+void installProperties(GObjectClass* objectClass) {
+    installProperty(
+        objectClass, Location,
+        g_param_spec_string("location", "Location", "The subtitle file to read", "", readWrite));
+    installProperty(
+        objectClass, Reference,
+        g_param_spec_string("reference", "Reference",
+                            "A subtitle reference as JSON, in place of a location", "", readWrite));
+    installProperty(objectClass, Language,
+                    g_param_spec_string("language", "Language",
+                                        "Code or name of the language to take from a file that "
+                                        "holds several",
+                                        "", readWrite));
+    installProperty(
+        objectClass, SubtitleEncoding,
+        g_param_spec_string("subtitle-encoding", "Subtitle encoding",
+                            "Encoding of the file; \"auto\" detects it", "auto", readWrite));
+    installProperty(objectClass, VideoFps,
+                    gst_param_spec_fraction("video-fps", "Video frame rate",
+                                            "Frames a second, for files that count frames", 1, 1000,
+                                            1000, 1, 24000, 1001, readWrite));
+    installProperty(objectClass, DetectedFormat,
+                    g_param_spec_string("detected-format", "Detected format",
+                                        "Mime type of the file", "", readOnly));
+    installProperty(objectClass, DetectedEncoding,
+                    g_param_spec_string("detected-encoding", "Detected encoding",
+                                        "Encoding that the file was read in", "", readOnly));
+    installProperty(objectClass, CueCount,
+                    g_param_spec_uint("cue-count", "Cue count", "Number of cues in the file", 0,
+                                      G_MAXUINT, 0, readOnly));
+}
+
+void installOperations(GstBaseSrcClass* baseClass) {
+    baseClass->stop = stop;
+    baseClass->get_caps = getCaps;
+    baseClass->set_caps = setCaps;
+    baseClass->negotiate = negotiate;
+    baseClass->create = create;
+    baseClass->do_seek = doSeek;
+    baseClass->is_seekable = isSeekable;
+    baseClass->query = query;
+}
+
+}  // namespace
+
+static void subtitles_src_class_init(SubtitlesSrcClass* klass) {
+    GST_DEBUG_CATEGORY_INIT(subtitles_src_debug, "subtitlesrc", 0, "Subtitle file source");
+    GObjectClass* const objectClass = G_OBJECT_CLASS(klass);
+    objectClass->set_property = setProperty;
+    objectClass->get_property = getProperty;
+    objectClass->finalize = finalize;
+    installProperties(objectClass);
+    installOperations(GST_BASE_SRC_CLASS(klass));
+    GstElementClass* const elementClass = GST_ELEMENT_CLASS(klass);
+    gst_element_class_add_static_pad_template(elementClass, &sourceTemplate);
+    gst_element_class_set_static_metadata(
+        elementClass, "Subtitle file source", "Source/Subtitle/File",
+        "Reads a subtitle file (SRT, MicroDVD, ASS, SSA, SMI) into timed text", "subtitles");
+}
+
+static void subtitles_src_init(SubtitlesSrc* source) {
+    source->state = new State;
+    source->state->request.encoding = "auto";
+    GstBaseSrc* const base = GST_BASE_SRC(source);
+    gst_base_src_set_format(base, GST_FORMAT_TIME);
+    gst_base_src_set_live(base, FALSE);
+    gst_pad_add_probe(GST_BASE_SRC_PAD(base), GST_PAD_PROBE_TYPE_BUFFER, beforeBuffer, source,
+                      nullptr);
+}
