@@ -11,10 +11,21 @@ build() {
     cmake --build --preset demo
 }
 
-# Runs a command as a person would type it.
+# Runs a line as a person would type it.
 try() {
-    printf '\n$ %s\n' "$(printf '%q ' "$@" | sed 's/ $//')"
-    "$@"
+    printf '\n$ %s\n' "$1"
+    eval "$1"
+}
+
+# The same, and no more than its first lines.
+try_beginning() {
+    local lines=$1 command=$2
+    printf '\n$ %s | head -n %d\n' "$command" "$lines"
+    if [ -t 1 ]; then
+        # A pipe would get plain text: colours and italics are for terminals.
+        command="script --quiet --return --command '$command' /dev/null"
+    fi
+    eval "$command" | sed -n "1,${lines}p"
 }
 
 scripts/install-dependencies.sh build demo
@@ -33,17 +44,21 @@ cp -r samples/film "$film"
 scripts/make-test-film.sh "$film/The Harbour.ogv"
 cd "$film"
 
-echo "A film and its subtitles, in ten languages and as many encodings:"
-try ls
+echo "A film, and its subtitles in twelve languages:"
+try 'ls'
 echo
 echo "Which of them belong to the film, and what do they hold?"
-try subtitles find "The Harbour.ogv"
+try 'subtitles find "The Harbour.ogv"'
 echo
 echo "Which encodings are they in?"
-try subtitles detect ./*.srt
+try 'subtitles detect *.srt *.sub *.smi'
 echo
 echo "What is said in the Korean one, and in one with styles?"
-try subtitles show "The Harbour.ko.srt" | sed -n 1,14p
-try subtitles show "The Harbour.en.sdh.srt" | sed -n 1,14p
+try_beginning 11 'subtitles show "The Harbour.ko.srt"'
+try_beginning 11 'subtitles show "The Harbour.en.sdh.srt"'
 echo
-echo "The tool is $PWD/../demo/code/apps/subtitles/subtitles; try it with --help."
+echo "And for a browser, please."
+try 'subtitles convert "The Harbour.en.sdh.srt" harbour.vtt'
+try 'head -n 8 harbour.vtt'
+echo
+echo "The tool is build/demo/code/apps/subtitles/subtitles; the folder is $film."
