@@ -82,8 +82,8 @@ std::string findAndLoad(const std::string& folder) {
 }
 
 void expectAllLanguages(const std::string& text) {
-    for (const char* language :
-         {"Czech: ", "French: ", "Korean: ", "Chinese: ", "Russian: ", "Deutsch: "}) {
+    for (const char* language : {"Czech: ", "French: ", "Korean: ", "Chinese: ", "Russian: ",
+                                 "Deutsch: ", "Polish: ", "Italian: ", "English: "}) {
         EXPECT_NE(text.find(language), std::string::npos) << language;
     }
 }
