@@ -5,12 +5,15 @@
 
 #include "subtitles/style-sheet-parser.h"
 
-#include <algorithm>
+#include <cstdint>
+#include <memory>
 #include <ostream>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "subtitles/style-sheet-parser-state.h"
+#include "subtitles/style-sheet-parser-table.h"
 #include "subtitles/style-sheet.h"
 
 #include "tests/support/describe-style-sheet.h"
@@ -76,7 +79,7 @@ constexpr Case sheets[] = {
     {"CommaBetweenValues", "a{x:1,2}", "[a]{x: 1 2}"},
     {"EmptyStringIsNoValue", "a{x:\"\"}", "[a]{}"},
     {"EmptyStringBesideAValue", "a{x:\"\" 1}", "[a]{x: 1}"},
-    {"TextEndsAtItsFirstNul", "a{x:1}", "[a]{x: 1}"},
+    {"EndOfTheTextCommitsARuleSet", "a{x:1}", "[a]{x: 1}"},
 };
 
 constexpr Case selectors[] = {
@@ -436,6 +439,66 @@ INSTANTIATE_TEST_SUITE_P(RootProperties, StyleSheetParser, testing::ValuesIn(roo
                          nameOf);
 INSTANTIATE_TEST_SUITE_P(FaultsAtTheTop, StyleSheetParser, testing::ValuesIn(faultsAtTheTop),
                          nameOf);
+
+// The loop's two switches have a case for each action and for each of its modes, which the compiler
+// checks. That a value is none of them is the one branch of the loop that no text takes.
+TEST(StyleSheetTable, HasNamedActionsOnlySoThatTheSwitchesNeedNoDefault) {
+    for (const auto& list : style_sheet::machine.lists) {
+        for (const std::uint8_t action : list) {
+            EXPECT_LE(action, static_cast<std::uint8_t>(style_sheet::Action::FallBack));
+        }
+    }
+}
+
+TEST(StyleSheetTable, BareListHasATwinOfEachDeclaration) {
+    using style_sheet::Family;
+    EXPECT_EQ(style_sheet::twin(style_sheet::PropertyName), style_sheet::ListPropertyName);
+    EXPECT_EQ(style_sheet::twin(style_sheet::BraceClose), style_sheet::ListBraceClose);
+    EXPECT_EQ(style_sheet::machine.states, style_sheet::ListBraceClose + 1u);
+}
+
+/// Ends the reading after some messages: what an action throws passes out of the reader.
+class ImpatientSink final : public fn::logging::Sink {
+public:
+    struct Stop {};
+
+    bool wants(fn::logging::Message::Priority /*priority*/) const override { return true; }
+    void write(const fn::logging::Message& /*message*/) override {
+        if (++written == 1000) {
+            throw Stop();
+        }
+    }
+
+private:
+    int written = 0;
+};
+
+void parseImpatiently(StyleSheet& sheet, const char* text) {
+    ParserState::_fn_getLoggingCategoryStatic();
+    fn::logging::CategoryManager::instance().setSinkFactory(
+        [](const fn::String&) { return std::make_unique<ImpatientSink>(); });
+    EXPECT_THROW(sheet.parse(text), ImpatientSink::Stop);
+    fn::logging::CategoryManager::instance().setSinkFactory(nullptr);
+}
+
+TEST(StyleSheetParserWithoutGuard, ReadsARootPropertyBeforeAFaultAgainAndAgain) {
+    StyleSheet sheet;
+    parseImpatiently(sheet, "color: red; )");
+    EXPECT_GT(sheet.properties.size(), 50u);
+    EXPECT_EQ(describe(sheet.properties.back()), "color: 'red'");
+}
+
+TEST(StyleSheetParserWithoutGuard, ReadsARuleSetBeforeAFaultAgainAndAgain) {
+    StyleSheet sheet;
+    parseImpatiently(sheet, "b{} a{x:1}@");
+    EXPECT_EQ(describe(sheet), "[b]{}");
+}
+
+TEST(StyleSheetText, EndsAtItsFirstNul) {
+    StyleSheet sheet;
+    sheet.parse(fn::String("a{x:1}\0b{y:2}", 13));
+    EXPECT_EQ(describe(sheet), "[a]{x: 1}");
+}
 
 }  // namespace
 }  // namespace subtitles

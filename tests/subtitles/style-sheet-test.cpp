@@ -2,7 +2,7 @@
 
 #include "subtitles/style-sheet.h"
 
-#include <functional>
+#include <cstring>
 #include <limits>
 
 #include <gtest/gtest.h>
@@ -161,6 +161,15 @@ TEST(StyleSheetPrinter, PrintsWhatIsNoFiniteNumber) {
     sheet.properties.push_back({"x", {number(std::numeric_limits<double>::infinity())}});
     EXPECT_EQ(sheet.toString(),
               "x: " + fn::String::number(std::numeric_limits<double>::infinity()) + ";\n");
+}
+
+TEST(StyleSheetPrinter, UnknownTypeIsNothing) {
+    Value value = color(Value::RGB);
+    const int unknown = 7;
+    std::memcpy(&value.type, &unknown, sizeof unknown);
+    StyleSheet sheet;
+    sheet.properties.push_back({"x", {value}});
+    EXPECT_EQ(sheet.toString(), "x: ;\n");
 }
 
 TEST(StyleSheetValue, BeginsEmpty) {
