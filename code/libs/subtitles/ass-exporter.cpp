@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #include "subtitles/ass-color.h"
@@ -31,8 +32,10 @@ double scaledSize(float size, std::int32_t steps) {
     return std::floor(scaled + 0.5);
 }
 
-fn::String colorTag(const Color& color) {
-    return "\\c" + colorToASS(color, 255, false) + "&";
+void appendColorTag(fn::String& tags, const Color& color) {
+    tags += "\\c";
+    tags += colorToASS(color, 255, false);
+    tags += '&';
 }
 
 bool has(const TextAttributes& attributes, std::uint32_t mask) {
@@ -41,7 +44,8 @@ bool has(const TextAttributes& attributes, std::uint32_t mask) {
 
 void appendWeight(fn::String& tags, const TextAttributes& changed, const TextAttributes& removed) {
     if (has(changed, TextAttributes::FONT_WEIGHT)) {
-        tags += "\\b" + fn::String::number(std::max<int>(changed.fontWeight, leastBoldWeight));
+        tags += "\\b";
+        tags += fn::String::number(std::max<int>(changed.fontWeight, leastBoldWeight));
     }
     if (has(removed, TextAttributes::FONT_WEIGHT)) {
         tags += "\\b0";
@@ -93,11 +97,40 @@ void appendFont(fn::String& tags, const TextAttributes& changed, const TextAttri
 void appendColor(fn::String& tags, const TextAttributes& changed, const TextAttributes& removed,
                  const ASSStyle& style) {
     if (has(changed, TextAttributes::FOREGROUND_COLOR)) {
-        tags += colorTag(changed.foregroundColor);
+        appendColorTag(tags, changed.foregroundColor);
     }
     if (has(removed, TextAttributes::FOREGROUND_COLOR)) {
-        tags += colorTag(style.primaryColor);
+        appendColorTag(tags, style.primaryColor);
     }
+}
+
+/// The block of all tags; nothing where there is none.
+void appendBlock(fn::String& text, const TextAttributes& changed, const TextAttributes& removed,
+                 const ASSStyle& style) {
+    if ((changed.attributeMask | removed.attributeMask) == 0) {
+        return;
+    }
+    const std::size_t start = text.size();
+    text += '{';
+    appendWeight(text, changed, removed);
+    appendSwitches(text, changed, removed);
+    appendFont(text, changed, removed, style);
+    appendColor(text, changed, removed, style);
+    if (text.size() == start + 1) {
+        text.resize(start);
+    } else {
+        text += '}';
+    }
+}
+
+/// Room for the text of all runs, and for a few tags at each.
+std::size_t likelySize(const AttributedText& text) {
+    constexpr std::size_t tags = 16;
+    std::size_t size = 0;
+    for (const AttributedText::Run& run : text) {
+        size += run.text.size() + tags;
+    }
+    return size;
 }
 
 }  // namespace
@@ -150,21 +183,19 @@ fn::String ASSExporter::encodeAttributes(const TextAttributes& changed,
                                          const TextAttributes& removed,
                                          const ASSStyle& style) const {
     fn::String tags;
-    appendWeight(tags, changed, removed);
-    appendSwitches(tags, changed, removed);
-    appendFont(tags, changed, removed, style);
-    appendColor(tags, changed, removed, style);
-    return tags.empty() ? tags : fn::String("{" + tags + "}");
+    appendBlock(tags, changed, removed, style);
+    return tags;
 }
 
 fn::String ASSExporter::attributedTextToString(const AttributedText& text) const {
     fn::String result;
+    result.reserve(likelySize(text));
     const TextAttributes none;
     const TextAttributes* current = &none;
     for (const AttributedText::Run& run : text) {
         const TextAttributesDelta delta(*current, run.attributes);
         current = &run.attributes;
-        result += encodeAttributes(delta.changed, delta.removed, defaultStyle);
+        appendBlock(result, delta.changed, delta.removed, defaultStyle);
         result += run.text;
     }
     result.replaceAll("\n", "\\N");

@@ -88,19 +88,24 @@ Columns::Columns(const std::vector<fn::String>& names) : count(names.size()) {
 
 Values Columns::valuesOf(fn::StringView line) const {
     Values values;
-    std::size_t position = 0;  // Where the column of number `index` begins.
-    std::size_t index = 0;
+    fn::StringView rest = line;
+    std::size_t index = 0;  // Of the column with which the rest begins.
     for (const Column& column : known) {
         for (; index < column.index; ++index) {
-            const std::size_t comma = line.find(',', position);
+            const std::size_t comma = rest.find(',');
             if (comma == fn::StringView::npos) {
                 return values;
             }
-            position = comma + 1;
+            rest.remove_prefix(comma + 1);
         }
         const bool last = index + 1 == count;
-        const std::size_t end = last ? fn::StringView::npos : line.find(',', position);
-        values[column.field] = line.substr(position, end - position);
+        const std::size_t end = last ? fn::StringView::npos : rest.find(',');
+        values[column.field] = rest.substr(0, end);
+        if (end == fn::StringView::npos) {
+            return values;
+        }
+        rest.remove_prefix(end + 1);
+        ++index;
     }
     return values;
 }
@@ -109,14 +114,20 @@ bool isASCII(char byte) {
     return static_cast<unsigned char>(byte) < 0x80;
 }
 
+char lowered(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
 /// True where the text in lower case begins with the word, which is ASCII. The text is well-formed.
 bool startsLowered(fn::StringView text, fn::StringView word) {
-    fn::String start(text.substr(0, word.size()));
-    if (!std::all_of(start.begin(), start.end(), isASCII)) {
-        // A letter outside ASCII can be an ASCII one in lower case. None has more than four bytes.
-        start = fn::String(text.substr(0, 4 * word.size()));
+    const fn::StringView start = text.substr(0, word.size());
+    if (std::all_of(start.begin(), start.end(), isASCII)) {
+        return std::equal(start.begin(), start.end(), word.begin(), word.end(),
+                          [](char letter, char expected) { return lowered(letter) == expected; });
     }
-    return fn::to_string_view(start.toLowerCase()).substr(0, word.size()) == word;
+    // A letter outside ASCII can be an ASCII one in lower case. None has more than four bytes.
+    const fn::String longest(text.substr(0, 4 * word.size()));
+    return fn::to_string_view(longest.toLowerCase()).substr(0, word.size()) == word;
 }
 
 fn::AutoPtr<_GstBuffer> makeBuffer(fn::StringView bytes) {
@@ -164,7 +175,8 @@ std::vector<fn::String> readFormat(TextLines& lines) {
 void appendEvent(fn::String& event, int readOrder, const Values& values) {
     event.append(fn::String::number(readOrder, 0, ' '));
     for (std::size_t field = Layer; field <= Text; ++field) {
-        event.append(1, ',').append(values[field]);
+        event += ',';
+        event.append(values[field]);
     }
 }
 
@@ -178,7 +190,7 @@ void readEvents(TextLines& lines, const Columns& columns, SubtitleData& data) {
             continue;
         }
         const Values values = columns.valuesOf(trimmed.substr(word.size()));
-        const GstClockTime start = parseTime(fn::String(values[Start]));
+        const GstClockTime start = toNanoseconds(findTime(values[Start]));
         if (start == GST_CLOCK_TIME_NONE) {
             continue;
         }
@@ -186,7 +198,7 @@ void readEvents(TextLines& lines, const Columns& columns, SubtitleData& data) {
         appendEvent(event, readOrder++, values);
         fn::AutoPtr<_GstBuffer> buffer = makeBuffer(fn::to_string_view(event));
         GST_BUFFER_PTS(buffer.get()) = start;
-        const GstClockTime end = parseTime(fn::String(values[End]));
+        const GstClockTime end = toNanoseconds(findTime(values[End]));
         if (end != GST_CLOCK_TIME_NONE && end > start) {
             GST_BUFFER_DURATION(buffer.get()) = end - start;
         }

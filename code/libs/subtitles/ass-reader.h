@@ -32,11 +32,14 @@ struct TimeFields {
 /// All views are empty where there is none.
 TimeFields findTime(fn::StringView text);
 
-/// The first time in the text in nanoseconds, `GST_CLOCK_TIME_NONE` where there is none.
+/// The time in nanoseconds, `GST_CLOCK_TIME_NONE` where all fields are empty.
 ///
 /// The fraction is a decimal fraction of a second: "5" and "500" are half a second both. The sum
 /// runs in double precision, so very large times lose their lowest digits. A number that does not
 /// fit 32 bits counts as 0.
+GstClockTime toNanoseconds(const TimeFields& fields);
+
+/// The first time in the text in nanoseconds, `GST_CLOCK_TIME_NONE` where there is none.
 GstClockTime parseTime(const fn::String& text);
 
 /// The entry of `values` that stands where `name` first stands in `names`; `defaultValue` where

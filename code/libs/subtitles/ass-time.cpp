@@ -9,8 +9,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 #include "subtitles/ass-reader.h"
+#include "subtitles/decimal-digits.h"
 
 namespace subtitles::ass {
 
@@ -18,24 +20,11 @@ const fn::RegularExpression timePattern("(\\d+):(\\d+):(\\d+).(\\d+)", 0);
 
 namespace {
 
-bool isDigit(char byte) {
-    return byte >= '0' && byte <= '9';
-}
-
 std::size_t findDigit(fn::StringView text, std::size_t position) {
-    while (position < text.size() && !isDigit(text[position])) {
+    while (position < text.size() && !isDecimalDigit(text[position])) {
         ++position;
     }
     return position;
-}
-
-/// The run of digits at a position; empty where there is none.
-fn::StringView digitsAt(fn::StringView text, std::size_t position) {
-    std::size_t end = position;
-    while (end < text.size() && isDigit(text[end])) {
-        ++end;
-    }
-    return position < text.size() ? text.substr(position, end - position) : fn::StringView();
 }
 
 bool isColonAt(fn::StringView text, std::size_t position) {
@@ -79,7 +68,15 @@ TimeFields timeAt(fn::StringView text, std::size_t position) {
 }
 
 std::uint32_t toNumber(fn::StringView digits) {
-    return fn::String(digits).toUInt(0, 10, nullptr);
+    return decimalNumber<std::uint32_t>(digits, 0);
+}
+
+/// Ten to the power of a number of digits.
+double powerOfTen(std::size_t exponent) {
+    // Those of fractions as people write them; the function takes longer than all the rest.
+    constexpr double powers[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
+    return exponent < std::size(powers) ? powers[exponent]
+                                        : std::pow(10.0, static_cast<double>(exponent));
 }
 
 }  // namespace
@@ -96,9 +93,8 @@ TimeFields findTime(fn::StringView text) {
     return {};
 }
 
-GstClockTime parseTime(const fn::String& text) {
+GstClockTime toNanoseconds(const TimeFields& fields) {
     constexpr std::uint64_t second = 1000000000;
-    const TimeFields fields = findTime(fn::to_string_view(text));
     if (fields.fraction.empty()) {
         return GST_CLOCK_TIME_NONE;
     }
@@ -107,9 +103,13 @@ GstClockTime parseTime(const fn::String& text) {
     const std::uint32_t minutes = toNumber(fields.minutes) * 60U;
     const std::uint64_t seconds = std::uint64_t{hours} + minutes + toNumber(fields.seconds);
     const std::uint64_t fraction = std::uint64_t{toNumber(fields.fraction)} * second;
-    const double digits = std::pow(10.0, static_cast<double>(fields.fraction.size()));
     return static_cast<GstClockTime>(static_cast<double>(seconds * second) +
-                                     static_cast<double>(fraction) / digits);
+                                     static_cast<double>(fraction) /
+                                         powerOfTen(fields.fraction.size()));
+}
+
+GstClockTime parseTime(const fn::String& text) {
+    return toNanoseconds(findTime(fn::to_string_view(text)));
 }
 
 }  // namespace subtitles::ass

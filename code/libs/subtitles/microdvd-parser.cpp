@@ -7,6 +7,7 @@
 
 #include "subtitles/microdvd-parser.h"
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,7 @@
 
 #include "subtitles/attributed-text-buffer.h"
 #include "subtitles/brace-blocks.h"
+#include "subtitles/decimal-digits.h"
 #include "subtitles/subtitle-parser.h"
 #include "subtitles/text-lines.h"
 #include "subtitles/text-rewrite.h"
@@ -47,10 +49,6 @@ static_assert(onePassIsEnough(codes), "the rows would have to be replaced one af
 
 constexpr Rewriter rewriter(codes);
 
-bool isDigit(char byte) {
-    return byte >= '0' && byte <= '9';
-}
-
 /// The white space of the expression.
 bool isBlank(char byte) {
     return byte == ' ' || (byte >= '\t' && byte <= '\r');
@@ -78,7 +76,7 @@ bool takeByte(fn::StringView& rest, char byte) {
 std::optional<Entry> entryAt(fn::StringView rest) {
     Entry entry;
     rest.remove_prefix(1);
-    entry.start = take(rest, isDigit);
+    entry.start = take(rest, isDecimalDigit);
     if (entry.start.empty() || !takeByte(rest, '}')) {
         return {};
     }
@@ -86,7 +84,7 @@ std::optional<Entry> entryAt(fn::StringView rest) {
     if (!takeByte(rest, '{')) {
         return {};
     }
-    entry.end = take(rest, isDigit);
+    entry.end = take(rest, isDecimalDigit);
     if (!takeByte(rest, '}')) {
         return {};
     }
@@ -102,8 +100,8 @@ GstClockTime durationOf(GstClockTime start, long long end) {
 }
 
 fn::AutoPtr<_GstBuffer> makeBuffer(const Entry& entry) {
-    const GstClockTime start = fn::String(entry.start).toUInt(0, 10, nullptr);
-    const long long end = fn::String(entry.end).toInt64(-1, 10, nullptr);
+    const GstClockTime start = decimalNumber<std::uint32_t>(entry.start, 0);
+    const long long end = decimalNumber<long long>(entry.end, -1);
     // An entry whose text gives no run makes a buffer all the same.
     fn::AutoPtr<_GstBuffer> buffer =
         attributedTextToBuffer(srt::parseFormatting(rewriteCodes(entry.text)));

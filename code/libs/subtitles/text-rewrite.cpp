@@ -6,21 +6,29 @@
 
 namespace subtitles {
 
-/// False where no row's `found` begins with the first two bytes of the text, which begins with a
-/// byte of `starts`.
-bool Rewriter::mayFit(fn::StringView text) const {
-    return alone[static_cast<unsigned char>(text[0])] ||
-           (text.size() > 1 && seconds[static_cast<unsigned char>(text[1])]);
+namespace {
+
+/// True where the text begins with `found`, whose first byte is known to fit.
+bool fits(fn::StringView text, fn::StringView found) {
+    if (text.size() < found.size()) {
+        return false;
+    }
+    // Rows are a few bytes long: a call for the comparison would take longer than it does.
+    std::size_t equal = 1;
+    while (equal < found.size() && text[equal] == found[equal]) {
+        ++equal;
+    }
+    return equal == found.size();
 }
 
-/// The first row whose `found` the text begins with, or null.
+}  // namespace
+
+/// The first row whose `found` the text, which is not empty, begins with; or null.
 const Rewrite* Rewriter::rowAt(fn::StringView text) const {
-    if (!mayFit(text)) {
-        return nullptr;
-    }
-    for (const Rewrite* row = rows; row != rows + count; ++row) {
-        if (text.compare(0, row->found.size(), row->found) == 0) {
-            return row;
+    for (std::size_t row = firstRow[static_cast<unsigned char>(text.front())]; row != 0;
+         row = nextRow[row - 1]) {
+        if (fits(text, rows[row - 1].found)) {
+            return &rows[row - 1];
         }
     }
     return nullptr;
@@ -30,8 +38,7 @@ void Rewriter::append(fn::String& result, fn::StringView text) const {
     std::size_t copied = 0;
     std::size_t position = 0;
     while (position < text.size()) {
-        const bool start = starts[static_cast<unsigned char>(text[position])];
-        const Rewrite* const row = start ? rowAt(text.substr(position)) : nullptr;
+        const Rewrite* const row = rowAt(text.substr(position));
         if (row == nullptr) {
             ++position;
             continue;

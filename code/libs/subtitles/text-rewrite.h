@@ -65,19 +65,16 @@ constexpr bool onePassIsEnough(const Rewrite (&rows)[count]) {
 }
 
 /// Applies a table in one pass. The rows belong to the caller and must outlive the object; they
-/// must satisfy `onePassIsEnough`.
+/// must satisfy `onePassIsEnough`, and there are at most 32 of them.
 class Rewriter {
 public:
     template <std::size_t size>
-    constexpr explicit Rewriter(const Rewrite (&table)[size]) : rows(table), count(size) {
-        for (const Rewrite& row : table) {
-            const auto first = static_cast<unsigned char>(row.found.front());
-            starts[first] = true;
-            if (row.found.size() == 1) {
-                alone[first] = true;
-            } else {
-                seconds[static_cast<unsigned char>(row.found[1])] = true;
-            }
+    constexpr explicit Rewriter(const Rewrite (&table)[size]) : rows(table) {
+        static_assert(size <= most);
+        for (std::size_t row = size; row-- > 0;) {
+            unsigned char& first = firstRow[static_cast<unsigned char>(table[row].found.front())];
+            nextRow[row] = first;
+            first = static_cast<unsigned char>(row + 1);
         }
     }
 
@@ -87,15 +84,15 @@ public:
     fn::String operator()(fn::StringView text) const;
 
 private:
-    bool mayFit(fn::StringView text) const;
+    static constexpr std::size_t most = 32;
+
     const Rewrite* rowAt(fn::StringView text) const;
 
     const Rewrite* rows;
-    std::size_t count;
-    // A look at two bytes spares the rows where most texts have a byte that could start one.
-    bool starts[256] = {};   ///< The bytes with which some row's `found` begins.
-    bool alone[256] = {};    ///< Those that are some row's whole `found`.
-    bool seconds[256] = {};  ///< The bytes that stand second in some row's `found`.
+    // The rows that begin with the same byte are a chain. A row is told by its number plus one; the
+    // chain's end is 0.
+    unsigned char firstRow[256] = {};
+    unsigned char nextRow[most] = {};
 };
 
 }  // namespace subtitles
