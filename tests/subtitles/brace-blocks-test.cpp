@@ -32,8 +32,16 @@ constexpr Case cases[] = {
     {"UnclosedBraceStays", "a{b", "a{b"},
     {"UnclosedBraceBehindABlockStays", "a{b}c{d", "ac{d"},
     {"ClosingBraceBeforeStays", "}{", "}{"},
+    {"ClosingBraceBehindABlockStays", "{a}}b", "}b"},
+    {"UnclosedBracesBehindABlockStay", "{a}b{c{d", "b{c{d"},
+    {"TextOfOneBlockGoes", "{a}", ""},
     {"LettersOfSeveralBytesGoWithTheirBlock", "\xC3\xA4{\xC3\xB6}\xC3\xBC", "\xC3\xA4\xC3\xBC"},
 };
+
+fn::String withoutBraceBlocks(fn::String text) {
+    removeBraceBlocks(text);
+    return text;
+}
 
 class BraceBlocks : public testing::TestWithParam<Case> {};
 
@@ -47,6 +55,9 @@ INSTANTIATE_TEST_SUITE_P(Cases, BraceBlocks, testing::ValuesIn(cases),
 TEST(BraceBlocksOfMalformedText, AreRefused) {
     EXPECT_THROW(withoutBraceBlocks("a\xFF{b}"), fn::UTF8Exception);
     EXPECT_THROW(withoutBraceBlocks("no block \xC3"), fn::UTF8Exception);
+    fn::String text = "{a}\xFF";
+    EXPECT_THROW(removeBraceBlocks(text), fn::UTF8Exception);
+    EXPECT_EQ(text, "{a}\xFF");
 }
 
 /// Nothing where the text is refused.

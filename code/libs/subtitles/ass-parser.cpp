@@ -66,8 +66,9 @@ AttributedText ASSParser::parseEntry(const fn::String& entry) const {
     if (start == fn::String::npos || entry.find("\\p1", start) != fn::String::npos) {
         return {};
     }
-    return parseSRTFormatting(
-        withoutBraceBlocks(rewriter(fn::to_string_view(entry).substr(start))));
+    fn::String markup = rewriter(fn::to_string_view(entry).substr(start));
+    removeBraceBlocks(markup);
+    return parseSRTFormatting(markup);
 }
 
 }  // namespace subtitles

@@ -8,41 +8,36 @@
 
 #include "subtitles/brace-blocks.h"
 
+#include <algorithm>
+#include <cstddef>
+
 #include "foundation/utf8.h"
 
 namespace subtitles {
 
 const fn::RegularExpression braceBlock("\\{[^\\}]*\\}", fn::RegularExpression::UTF8);
 
-namespace {
-
-fn::String withoutBlocks(const fn::String& text, std::size_t open) {
-    fn::String result;
-    result.reserve(text.size());
-    std::size_t copied = 0;
-    while (open != fn::String::npos) {
-        const std::size_t close = text.find('}', open);
-        if (close == fn::String::npos) {
-            break;
-        }
-        result.append(text, copied, open - copied);
-        copied = close + 1;
-        open = text.find('{', copied);
-    }
-    result.append(text, copied, fn::String::npos);
-    return result;
-}
-
-}  // namespace
-
-fn::String withoutBraceBlocks(fn::String text) {
+void removeBraceBlocks(fn::String& text) {
     if (!fn::utf8::isValid(fn::to_string_view(text))) {
         // The expression refuses such a text in its own words.
         braceBlock.subst(text, 0, fn::String(), fn::RegularExpression::Global);
-        return text;
+        return;
     }
-    const std::size_t open = text.find('{');
-    return open == fn::String::npos ? text : withoutBlocks(text, open);
+    std::size_t open = text.find('{');
+    std::size_t close = text.find('}', open);
+    if (close == fn::String::npos) {
+        return;
+    }
+    // What stays behind a block, up to the next one or the end, moves up to what stayed before it.
+    auto kept = text.begin() + static_cast<std::ptrdiff_t>(open);
+    while (close != fn::String::npos) {
+        const auto stays = text.begin() + static_cast<std::ptrdiff_t>(close + 1);
+        open = text.find('{', close);
+        close = text.find('}', open);
+        const std::size_t end = close == fn::String::npos ? text.size() : open;
+        kept = std::copy(stays, text.begin() + static_cast<std::ptrdiff_t>(end), kept);
+    }
+    text.erase(kept, text.end());
 }
 
 }  // namespace subtitles

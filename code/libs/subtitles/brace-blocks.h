@@ -11,8 +11,8 @@ namespace subtitles {
 /// may hold opening braces and line feeds.
 extern const fn::RegularExpression braceBlock;
 
-/// The text without its blocks: what replacing every match of `braceBlock` by nothing gives, in
-/// linear time. A brace that nothing closes stays. Raises `fn::UTF8Exception` on malformed text.
-fn::String withoutBraceBlocks(fn::String text);
+/// Replaces every match of `braceBlock` by nothing, in linear time. A brace that nothing closes
+/// stays. Raises `fn::UTF8Exception` on malformed text, which is left as it was.
+void removeBraceBlocks(fn::String& text);
 
 }  // namespace subtitles

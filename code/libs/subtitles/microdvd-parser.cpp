@@ -99,12 +99,11 @@ GstClockTime durationOf(GstClockTime start, long long end) {
     return end != -1 && endFrame > start ? endFrame - start : 0;
 }
 
-fn::AutoPtr<_GstBuffer> makeBuffer(const Entry& entry) {
+fn::AutoPtr<_GstBuffer> makeBuffer(const Entry& entry, const fn::String& markup) {
     const GstClockTime start = decimalNumber<std::uint32_t>(entry.start, 0);
     const long long end = decimalNumber<long long>(entry.end, -1);
     // An entry whose text gives no run makes a buffer all the same.
-    fn::AutoPtr<_GstBuffer> buffer =
-        attributedTextToBuffer(srt::parseFormatting(rewriteCodes(entry.text)));
+    fn::AutoPtr<_GstBuffer> buffer = attributedTextToBuffer(srt::parseFormatting(markup));
     GST_BUFFER_PTS(buffer.get()) = start;
     GST_BUFFER_DURATION(buffer.get()) = durationOf(start, end);
     return buffer;
@@ -129,8 +128,10 @@ std::optional<Entry> findEntry(fn::StringView line) {
     return {};
 }
 
-fn::String rewriteCodes(fn::StringView text) {
-    return withoutBraceBlocks(rewriter(text));
+void rewriteCodes(fn::StringView text, fn::String& markup) {
+    markup.clear();
+    rewriter.append(markup, text);
+    removeBraceBlocks(markup);
 }
 
 }  // namespace microdvd
@@ -140,13 +141,15 @@ fn::AutoPtr<SubtitleData> parseMicroDVD(fn::String text, int maxEntries) {
     fn::AutoPtr<SubtitleData> data(new SubtitleData(
         "application/x-attributed-text", fn::AutoPtr<_GstBuffer>(), SubtitleData::FRAMES));
     TextLines lines(fn::to_string_view(text));
+    fn::String markup;  // Of one entry; kept for its memory.
     while (const auto line = lines.next()) {
         try {
             const auto entry = microdvd::findEntry(*line);
             if (!entry) {
                 continue;
             }
-            fn::AutoPtr<_GstBuffer> buffer = microdvd::makeBuffer(*entry);
+            microdvd::rewriteCodes(entry->text, markup);
+            fn::AutoPtr<_GstBuffer> buffer = microdvd::makeBuffer(*entry, markup);
             // The limit is looked at with the next entry in hand.
             if (maxEntries != -1 && static_cast<long long>(data->buffers.size()) >= maxEntries) {
                 return data;

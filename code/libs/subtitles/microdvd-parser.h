@@ -28,9 +28,10 @@ struct Entry {
 /// in linear time. Raises `fn::UTF8Exception` on a malformed line, be it an entry or not.
 std::optional<Entry> findEntry(fn::StringView line);
 
-/// The entry's text with the control codes for italic, underline and bold as tags, "|" as a line
-/// feed, and without all other codes. Raises `fn::UTF8Exception` on malformed text.
-fn::String rewriteCodes(fn::StringView text);
+/// Makes the text of an entry SRT mark-up: the control codes for italic, underline and bold become
+/// tags, "|" a line feed, and all other codes go. `markup` is replaced. Raises `fn::UTF8Exception`
+/// on malformed text.
+void rewriteCodes(fn::StringView text, fn::String& markup);
 
 }  // namespace microdvd
 
