@@ -116,7 +116,7 @@ bool canBeRead(const std::string& state, char byte) {
         return false;
     }
     if (state == "root start") {
-        return test::readStyleSheetPart({byte}).log.size() > 0;
+        return !test::readStyleSheetPart({byte}).log.empty();
     }
     return byte == ')' || state.find("brace close") == std::string::npos;
 }

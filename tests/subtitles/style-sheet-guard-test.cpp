@@ -147,7 +147,7 @@ TEST(StyleSheetGuard, EffortGrowsWithTheLength) {
         for (const std::size_t i : {0U, 1U}) {
             StyleSheet sheet;
             StyleSheetEffort effort;
-            parseStyleSheetGuarded(sheet, kindOf(name).text(16384 << i), effort);
+            parseStyleSheetGuarded(sheet, kindOf(name).text(std::size_t{16384} << i), effort);
             spent[i] = effort.spent;
         }
         EXPECT_GT(spent[1] * 100, spent[0] * 198) << name;

@@ -45,7 +45,7 @@ protected:
         state.token = name;
         state.beginBraceValue();
         EXPECT_EQ(state.token, "");
-        const std::string value = valueOf(content, [this] { state.endBraceValue(); });
+        std::string value = valueOf(content, [this] { state.endBraceValue(); });
         EXPECT_EQ(state.token, "");
         return value;
     }

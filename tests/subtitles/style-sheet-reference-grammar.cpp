@@ -435,7 +435,7 @@ private:
     /// The states of an escape that leads to `next`. Those that read on as `next` does say so by
     /// the action "As", which is followed by the state whose entry counts.
     std::string addEscape(const std::string& next) {
-        const std::string escape = next + ", escape";
+        std::string escape = next + ", escape";
         if (states.count(escape) != 0) {
             return escape;
         }
@@ -473,7 +473,7 @@ private:
     }
 
     std::string addComment(const std::string& next) {
-        const std::string slash = next + ", slash";
+        std::string slash = next + ", slash";
         if (states.count(slash) != 0) {
             return slash;
         }

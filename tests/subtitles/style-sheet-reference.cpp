@@ -28,9 +28,11 @@ std::string fixed(double number) {
     return text;
 }
 
+constexpr std::size_t none = std::string::npos;
+
 class Reader {
 public:
-    explicit Reader(const std::string& text) : bytes(text.c_str()) {}
+    explicit Reader(const std::string& text) : bytes(text, 0, text.find('\0')) {}
 
     StyleSheetReading read(bool toTheEnd) {
         const std::size_t end = bytes.size() + (toTheEnd ? 1 : 0);
@@ -320,8 +322,6 @@ private:
         }
         return true;
     }
-
-    static constexpr std::size_t none = std::string::npos;
 
     const std::string bytes;
     StyleSheetReading reading;

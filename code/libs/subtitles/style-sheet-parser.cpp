@@ -28,6 +28,9 @@ using style_sheet::groupOf;
 using style_sheet::machine;
 using Position = ParserState::Position;
 
+// What an action with its message takes, beside a byte that is read.
+constexpr std::uint64_t stepsToLog = 16;
+
 constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
 
 /// How much of selectors there is.
@@ -317,8 +320,6 @@ private:
     static bool isHexDigit(unsigned char byte) {
         return style_sheet::table::HexDigit.contains(byte);
     }
-
-    static constexpr std::uint64_t stepsToLog = 16;
 
     ParserState state;
     const Bounds bounds;

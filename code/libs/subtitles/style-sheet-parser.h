@@ -14,8 +14,8 @@ namespace subtitles {
 void parseStyleSheet(StyleSheet& sheet, const fn::String& text);
 
 /// What style sheets from anywhere have cost and may cost, counted in steps: a byte that is read is
-/// one, an action with its log message sixteen, and a copied segment of a selector four, and as many
-/// for each name in it. A step takes a few nanoseconds, whatever the text.
+/// one, an action with its log message sixteen, and a copied segment of a selector four, and as
+/// many for each name in it. A step takes a few nanoseconds, whatever the text.
 struct StyleSheetEffort {
     std::uint64_t spent = 0;
     /// 64 for each byte of the texts. They come on top of what the smallest texts need, which a
