@@ -23,8 +23,17 @@ bool fits(fn::StringView text, fn::StringView found) {
 
 }  // namespace
 
+/// False where no row's `found` begins with the first two bytes of the text, which is not empty.
+bool Rewriter::mayFit(fn::StringView text) const {
+    return alone[static_cast<unsigned char>(text.front())] ||
+           (text.size() > 1 && seconds[static_cast<unsigned char>(text[1])]);
+}
+
 /// The first row whose `found` the text, which is not empty, begins with; or null.
 const Rewrite* Rewriter::rowAt(fn::StringView text) const {
+    if (!mayFit(text)) {
+        return nullptr;
+    }
     for (std::size_t row = firstRow[static_cast<unsigned char>(text.front())]; row != 0;
          row = nextRow[row - 1]) {
         if (fits(text, rows[row - 1].found)) {
@@ -34,18 +43,26 @@ const Rewrite* Rewriter::rowAt(fn::StringView text) const {
     return nullptr;
 }
 
+/// The first byte at or behind `position` with which some row begins; the end where there is none.
+std::size_t Rewriter::findStart(fn::StringView text, std::size_t position) const {
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    while (position < text.size() && firstRow[bytes[position]] == 0) {
+        ++position;
+    }
+    return position;
+}
+
 void Rewriter::append(fn::String& result, fn::StringView text) const {
     std::size_t copied = 0;
-    std::size_t position = 0;
+    std::size_t position = findStart(text, 0);
     while (position < text.size()) {
-        const Rewrite* const row = rowAt(text.substr(position));
-        if (row == nullptr) {
-            ++position;
-            continue;
+        if (const Rewrite* const row = rowAt(text.substr(position))) {
+            result.append(text.substr(copied, position - copied)).append(row->replacement);
+            copied = position + row->found.size();
+            position = findStart(text, copied);
+        } else {
+            position = findStart(text, position + 1);
         }
-        result.append(text.substr(copied, position - copied)).append(row->replacement);
-        position += row->found.size();
-        copied = position;
     }
     result.append(text.substr(copied));
 }

@@ -72,9 +72,15 @@ public:
     constexpr explicit Rewriter(const Rewrite (&table)[size]) : rows(table) {
         static_assert(size <= most);
         for (std::size_t row = size; row-- > 0;) {
-            unsigned char& first = firstRow[static_cast<unsigned char>(table[row].found.front())];
-            nextRow[row] = first;
-            first = static_cast<unsigned char>(row + 1);
+            const std::string_view found = table[row].found;
+            const auto first = static_cast<unsigned char>(found.front());
+            nextRow[row] = firstRow[first];
+            firstRow[first] = static_cast<unsigned char>(row + 1);
+            if (found.size() == 1) {
+                alone[first] = true;
+            } else {
+                seconds[static_cast<unsigned char>(found[1])] = true;
+            }
         }
     }
 
@@ -86,13 +92,18 @@ public:
 private:
     static constexpr std::size_t most = 32;
 
+    bool mayFit(fn::StringView text) const;
     const Rewrite* rowAt(fn::StringView text) const;
+    std::size_t findStart(fn::StringView text, std::size_t position) const;
 
     const Rewrite* rows;
     // The rows that begin with the same byte are a chain. A row is told by its number plus one; the
     // chain's end is 0.
     unsigned char firstRow[256] = {};
     unsigned char nextRow[most] = {};
+    // A look at two bytes spares the chain where a text is full of bytes that could start a row.
+    bool alone[256] = {};    ///< The bytes that are some row's whole `found`.
+    bool seconds[256] = {};  ///< The bytes that stand second in some row's `found`.
 };
 
 }  // namespace subtitles
