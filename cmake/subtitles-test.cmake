@@ -4,7 +4,9 @@
 #
 # One GoogleTest program, registered with CTest under its name. Tests see the libraries' inner
 # headers and link their objects, so that what is not exported can be tested too.
+# The target `thread-tests` builds those of label "threads", which run under the thread sanitizer.
 find_package(GTest REQUIRED)
+add_custom_target(thread-tests)
 
 # GLib's slices pass blocks from thread to thread under locks that the thread sanitizer cannot see.
 set(subtitles_thread_environment "")
@@ -19,6 +21,9 @@ function(subtitles_add_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/code/libs ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE
     ${TEST_LIBRARIES} test-support test-main project-options GTest::gmock GTest::gtest)
+  if("threads" IN_LIST TEST_LABELS)
+    add_dependencies(thread-tests ${name})
+  endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT 300 LABELS "${TEST_LABELS}"

@@ -46,6 +46,7 @@ develop=(
     clang-tidy
     doxygen
     libclang-rt-14-dev
+    shellcheck
 )
 
 missing=()
@@ -59,18 +60,6 @@ collect_missing() {
     for package in "$@"; do
         is_installed "$package" || missing+=("$package")
     done
-}
-
-as_root() {
-    if [ "$(id -u)" -eq 0 ]; then
-        "$@"
-    elif command -v sudo >/dev/null; then
-        sudo "$@"
-    else
-        echo "These packages are missing, and only root can install them:" >&2
-        echo "    apt-get install ${missing[*]}" >&2
-        exit 2
-    fi
 }
 
 if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
@@ -94,7 +83,25 @@ done
 
 [ ${#missing[@]} -gt 0 ] || exit 0
 
+root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+        echo "These packages are missing, and only root can install them:" >&2
+        echo "    apt-get install ${missing[*]}" >&2
+        exit 2
+    fi
+    root=(sudo)
+fi
+
+# What apt-get says is of interest only where it fails.
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+apt() {
+    "${root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -o DPkg::Lock::Timeout=300 --quiet=2 "$@" </dev/null >"$log" 2>&1 ||
+        { cat "$log" >&2; exit 2; }
+}
+
 echo "Installing ${missing[*]}" >&2
-apt=(env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300 --quiet=2)
-as_root "${apt[@]}" update
-as_root "${apt[@]}" install --yes --no-install-recommends "${missing[@]}" </dev/null >&2
+apt update
+apt install --yes --no-install-recommends "${missing[@]}"
