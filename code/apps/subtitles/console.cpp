@@ -55,19 +55,18 @@ int writeAll(int descriptor, std::string_view text) {
 
 }  // namespace
 
-Console::Console()
-    : _textStyle(styleOf(STDOUT_FILENO)), _canShowProgress(canMoveCursor(STDERR_FILENO)) {}
+Console::Console() : style(styleOf(STDOUT_FILENO)), canShowProgress(canMoveCursor(STDERR_FILENO)) {}
 
 void Console::write(std::string_view text) {
     clearProgress();
-    _output.append(text);
-    if (_output.size() >= bufferSize) {
+    pending.append(text);
+    if (pending.size() >= bufferSize) {
         flush();
     }
 }
 
 void Console::flush() {
-    const std::string output = std::exchange(_output, {});
+    const std::string output = std::exchange(pending, {});
     const int error = writeAll(STDOUT_FILENO, output);
     if (error == EPIPE) {
         throw Closed{};
@@ -86,16 +85,16 @@ void Console::message(std::string_view text) {
 
 void Console::showProgress(std::string_view text) {
     const Clock::time_point now = Clock::now();
-    if (!_canShowProgress || now < _nextProgress) {
+    if (!canShowProgress || now < nextProgress) {
         return;
     }
-    _nextProgress = now + progressInterval;
-    _progressIsShown = true;
+    nextProgress = now + progressInterval;
+    progressIsShown = true;
     writeAll(STDERR_FILENO, std::string(eraseLine) + visibleLine(text));
 }
 
 void Console::clearProgress() {
-    if (std::exchange(_progressIsShown, false)) {
+    if (std::exchange(progressIsShown, false)) {
         writeAll(STDERR_FILENO, eraseLine);
     }
 }

@@ -26,7 +26,7 @@ public:
     /// no failure.
     struct Closed {};
 
-    TextStyle textStyle() const { return _textStyle; }
+    TextStyle textStyle() const { return style; }
 
     /// Writes to standard output, as it stands. Throws `Failure` where that is not possible, at the
     /// latest in `flush`.
@@ -44,11 +44,11 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    TextStyle _textStyle;
-    bool _canShowProgress;
-    bool _progressIsShown = false;
-    Clock::time_point _nextProgress;
-    std::string _output;  ///< Not written yet.
+    TextStyle style;
+    bool canShowProgress;
+    bool progressIsShown = false;
+    Clock::time_point nextProgress;
+    std::string pending;  ///< Not written yet.
 };
 
 }  // namespace tool

@@ -78,17 +78,17 @@ bool isBareNumber(std::string_view text) {
 
 }  // namespace
 
-CueList::CueList(fn::AutoPtr<SubtitleData> data, const std::optional<FrameRate>& givenRate)
-    : _data(std::move(data)),
-      _unit(_data->timestampUnit == SubtitleData::FRAMES ? TimeUnit::Frames
-                                                         : TimeUnit::Nanoseconds) {
-    _cues.reserve(_data->buffers.size());
-    for (const fn::AutoPtr<GstBuffer>& buffer : _data->buffers) {
+CueList::CueList(fn::AutoPtr<SubtitleData> loaded, const std::optional<FrameRate>& givenRate)
+    : data(std::move(loaded)),
+      timeUnit(data->timestampUnit == SubtitleData::FRAMES ? TimeUnit::Frames
+                                                           : TimeUnit::Nanoseconds) {
+    entries.reserve(data->buffers.size());
+    for (const fn::AutoPtr<GstBuffer>& buffer : data->buffers) {
         if (GST_BUFFER_PTS_IS_VALID(buffer.get())) {
-            _cues.push_back(makeCue(buffer.get(), _data->timestampUnit));
+            entries.push_back(makeCue(buffer.get(), data->timestampUnit));
         }
     }
-    if (_unit == TimeUnit::Frames) {
+    if (timeUnit == TimeUnit::Frames) {
         takeStatedRate(givenRate);
     }
 }
@@ -97,8 +97,8 @@ CueList::CueList(fn::AutoPtr<SubtitleData> data, const std::optional<FrameRate>&
 // where somebody knows the rate better.
 void CueList::takeStatedRate(const std::optional<FrameRate>& givenRate) {
     std::optional<FrameRate> rate = givenRate;
-    if (!_cues.empty() && _cues.front().start == 1 && !_cues.front().end) {
-        const std::string words = plainText(text(_cues.front()));
+    if (!entries.empty() && entries.front().start == 1 && !entries.front().end) {
+        const std::string words = plainText(text(entries.front()));
         if (const std::string_view number = trimmedBlanks(words); isBareNumber(number)) {
             const std::optional<FrameRate> stated = parseFrameRate(number);
             if (!rate && (!stated || !isPlausible(*stated))) {
@@ -106,7 +106,7 @@ void CueList::takeStatedRate(const std::optional<FrameRate>& givenRate) {
                               " frames a second; give the right one with --fps");
             }
             rate = rate ? rate : stated;
-            _cues.erase(_cues.begin());
+            entries.erase(entries.begin());
         }
     }
     if (rate) {
@@ -115,19 +115,19 @@ void CueList::takeStatedRate(const std::optional<FrameRate>& givenRate) {
 }
 
 void CueList::convertFrames(const FrameRate& rate) {
-    for (Cue& cue : _cues) {
+    for (Cue& cue : entries) {
         cue.start = frameTime(cue.start, rate);
         if (cue.end) {
             cue.end = frameTime(*cue.end, rate);
         }
     }
-    _unit = TimeUnit::Nanoseconds;
-    _frameRate = rate;
+    timeUnit = TimeUnit::Nanoseconds;
+    usedRate = rate;
 }
 
 AttributedText CueList::text(const Cue& cue) const {
     AttributedText text;
-    if (_data->mimeType == "application/x-ass") {
+    if (data->mimeType == "application/x-ass") {
         text = subtitles::ASSParser().parseEntry(payloadText(cue.payload));
     } else {
         text = subtitles::attributedTextFromBuffer(cue.payload);

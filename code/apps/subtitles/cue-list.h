@@ -33,14 +33,14 @@ class CueList {
 public:
     /// Frames become nanoseconds where their rate is known: `givenRate`, or else the one that the
     /// file tells.
-    CueList(fn::AutoPtr<subtitles::SubtitleData> data, const std::optional<FrameRate>& givenRate);
+    CueList(fn::AutoPtr<subtitles::SubtitleData> loaded, const std::optional<FrameRate>& givenRate);
 
-    const std::vector<Cue>& cues() const { return _cues; }
+    const std::vector<Cue>& cues() const { return entries; }
 
-    TimeUnit unit() const { return _unit; }
+    TimeUnit unit() const { return timeUnit; }
 
     /// The rate with which frames became nanoseconds; nothing where they did not.
-    const std::optional<FrameRate>& frameRate() const { return _frameRate; }
+    const std::optional<FrameRate>& frameRate() const { return usedRate; }
 
     /// Turns frames into nanoseconds.
     void convertFrames(const FrameRate& rate);
@@ -52,10 +52,10 @@ public:
 private:
     void takeStatedRate(const std::optional<FrameRate>& givenRate);
 
-    fn::AutoPtr<subtitles::SubtitleData> _data;
-    std::vector<Cue> _cues;
-    TimeUnit _unit;
-    std::optional<FrameRate> _frameRate;
+    fn::AutoPtr<subtitles::SubtitleData> data;
+    std::vector<Cue> entries;
+    TimeUnit timeUnit;
+    std::optional<FrameRate> usedRate;
 };
 
 }  // namespace tool

@@ -10,13 +10,13 @@ std::string describeFailure(const std::string& path, const std::string& words) {
 }
 
 void FileFailures::add(const std::string& path, const std::string& words) {
-    _failures.push_back({path, describeFailure(path, words)});
-    _console.message(_failures.back().words);
+    entries.push_back({path, describeFailure(path, words)});
+    out.message(entries.back().words);
 }
 
 void FileFailures::writeTo(JsonDocument& document) const {
     document.beginArray("errors");
-    for (const Entry& entry : _failures) {
+    for (const Entry& entry : entries) {
         document.element({{"path", entry.path}, {"message", entry.words}});
     }
     document.endArray();

@@ -18,7 +18,7 @@ std::string describeFailure(const std::string& path, const std::string& words);
 class FileFailures {
 public:
     /// The console must outlive the object.
-    explicit FileFailures(Console& console) : _console(console) {}
+    explicit FileFailures(Console& console) : out(console) {}
 
     /// Reports the file at once.
     void add(const std::string& path, const std::string& words);
@@ -28,7 +28,7 @@ public:
 
     /// `Failed` where there are any, else what the command would say.
     ExitStatus statusOr(ExitStatus status) const {
-        return _failures.empty() ? status : ExitStatus::Failed;
+        return entries.empty() ? status : ExitStatus::Failed;
     }
 
 private:
@@ -37,8 +37,8 @@ private:
         std::string words;
     };
 
-    Console& _console;
-    std::vector<Entry> _failures;
+    Console& out;
+    std::vector<Entry> entries;
 };
 
 }  // namespace tool

@@ -46,23 +46,23 @@ std::string jsonText(const Json& value) {
     return escapeControls(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-JsonDocument::JsonDocument(Console& console) : _console(console) {
-    _console.write("{");
+JsonDocument::JsonDocument(Console& console) : out(console) {
+    out.write("{");
 }
 
 void JsonDocument::separate(bool& isFirst, std::string_view indentation) {
-    _console.write(std::exchange(isFirst, false) ? "\n" : ",\n");
-    _console.write(indentation);
+    out.write(std::exchange(isFirst, false) ? "\n" : ",\n");
+    out.write(indentation);
 }
 
 void JsonDocument::key(std::string_view key) {
-    separate(_isFirstField, "  ");
-    _console.write(jsonText(Json(std::string(key))) + ": ");
+    separate(isFirstField, "  ");
+    out.write(jsonText(Json(std::string(key))) + ": ");
 }
 
 void JsonDocument::field(std::string_view key, const Json& value) {
     this->key(key);
-    _console.write(jsonText(value));
+    out.write(jsonText(value));
 }
 
 void JsonDocument::fields(const Json& object) {
@@ -73,21 +73,21 @@ void JsonDocument::fields(const Json& object) {
 
 void JsonDocument::beginArray(std::string_view key) {
     this->key(key);
-    _console.write("[");
-    _isFirstElement = true;
+    out.write("[");
+    isFirstElement = true;
 }
 
 void JsonDocument::element(const Json& value) {
-    separate(_isFirstElement, "    ");
-    _console.write(jsonText(value));
+    separate(isFirstElement, "    ");
+    out.write(jsonText(value));
 }
 
 void JsonDocument::endArray() {
-    _console.write(_isFirstElement ? "]" : "\n  ]");
+    out.write(isFirstElement ? "]" : "\n  ]");
 }
 
 void JsonDocument::end() {
-    _console.write("\n}\n");
+    out.write("\n}\n");
 }
 
 }  // namespace tool

@@ -42,9 +42,9 @@ private:
     void separate(bool& isFirst, std::string_view indentation);
     void key(std::string_view key);
 
-    Console& _console;
-    bool _isFirstField = true;
-    bool _isFirstElement = true;
+    Console& out;
+    bool isFirstField = true;
+    bool isFirstElement = true;
 };
 
 }  // namespace tool

@@ -46,48 +46,48 @@ public:
         for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
             sigaddset(&held, signal);
         }
-        sigprocmask(SIG_BLOCK, &held, &_before);
+        sigprocmask(SIG_BLOCK, &held, &before);
     }
     SignalsHeld(const SignalsHeld&) = delete;
     SignalsHeld& operator=(const SignalsHeld&) = delete;
-    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &_before, nullptr); }
+    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &before, nullptr); }
 
 private:
-    sigset_t _before{};
+    sigset_t before{};
 };
 
 /// A file under construction, gone with the object unless it was published.
 class PendingFile {
 public:
     explicit PendingFile(const std::string& path)
-        : _path(path), _temporaryName(folderOf(path) + "/.subtitles-XXXXXX") {
+        : target(path), temporaryName(folderOf(path) + "/.subtitles-XXXXXX") {
         const int access = O_WRONLY | O_CLOEXEC;
         constexpr mode_t mode = 0666;  // less what the person's mask takes away
-        _descriptor = open(folderOf(path).c_str(), O_TMPFILE | access, mode);
-        if (_descriptor < 0) {
+        descriptor = open(folderOf(path).c_str(), O_TMPFILE | access, mode);
+        if (descriptor < 0) {
             // The file system has no files without names; other faults come out again here.
             inventName([&](const char* name) {
-                _descriptor = open(name, O_CREAT | O_EXCL | access, mode);
-                return _descriptor >= 0;
+                descriptor = open(name, O_CREAT | O_EXCL | access, mode);
+                return descriptor >= 0;
             });
         }
     }
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
     ~PendingFile() {
-        if (_hasName) {
-            unlink(_temporaryName.c_str());
+        if (hasName) {
+            unlink(temporaryName.c_str());
         }
-        if (_descriptor >= 0) {
-            close(_descriptor);
+        if (descriptor >= 0) {
+            close(descriptor);
         }
     }
 
-    void takePermissions(mode_t mode) { check(fchmod(_descriptor, mode & 07777U)); }
+    void takePermissions(mode_t mode) { check(fchmod(descriptor, mode & 07777U)); }
 
     void write(std::string_view content) {
         while (!content.empty()) {
-            const ssize_t written = ::write(_descriptor, content.data(), content.size());
+            const ssize_t written = ::write(descriptor, content.data(), content.size());
             if (written < 0 && errno == EINTR) {
                 continue;
             }
@@ -95,20 +95,20 @@ public:
             content.remove_prefix(static_cast<std::size_t>(written));
         }
         // A full disk or a broken network may tell only now.
-        check(fsync(_descriptor));
+        check(fsync(descriptor));
     }
 
     void publish(bool overwrite) {
-        if (!_hasName) {
-            const std::string anonymous = "/proc/self/fd/" + std::to_string(_descriptor);
+        if (!hasName) {
+            const std::string anonymous = "/proc/self/fd/" + std::to_string(descriptor);
             inventName([&](const char* name) {
                 return linkat(AT_FDCWD, anonymous.c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0;
             });
         }
         if (overwrite) {
-            check(rename(_temporaryName.c_str(), _path.c_str()));
-            _hasName = false;
-        } else if (link(_temporaryName.c_str(), _path.c_str()) != 0) {
+            check(rename(temporaryName.c_str(), target.c_str()));
+            hasName = false;
+        } else if (link(temporaryName.c_str(), target.c_str()) != 0) {
             renameWithoutReplacing();
         }
     }
@@ -116,19 +116,19 @@ public:
 private:
     void check(int result) const {
         if (result != 0) {
-            fail(_path, std::strerror(errno));
+            fail(target, std::strerror(errno));
         }
     }
 
     // For file systems on which a file has one name only.
     void renameWithoutReplacing() {
-        if (errno != EEXIST && renameat2(AT_FDCWD, _temporaryName.c_str(), AT_FDCWD, _path.c_str(),
+        if (errno != EEXIST && renameat2(AT_FDCWD, temporaryName.c_str(), AT_FDCWD, target.c_str(),
                                          RENAME_NOREPLACE) == 0) {
-            _hasName = false;
+            hasName = false;
             return;
         }
         if (errno == EEXIST) {
-            failWithExisting(_path);
+            failWithExisting(target);
         }
         check(-1);
     }
@@ -137,25 +137,25 @@ private:
     template <class Make>
     void inventName(Make make) {
         constexpr std::size_t suffixSize = 6;
-        const std::size_t suffix = _temporaryName.size() - suffixSize;
-        for (unsigned attempt = 0; attempt < 1000 && !_hasName; ++attempt) {
+        const std::size_t suffix = temporaryName.size() - suffixSize;
+        for (unsigned attempt = 0; attempt < 1000 && !hasName; ++attempt) {
             std::array<char, suffixSize + 1> digits{};
             const auto number = (static_cast<unsigned>(getpid()) + attempt) % 1000000U;
             std::snprintf(digits.data(), digits.size(), "%06u", number);
-            _temporaryName.replace(suffix, suffixSize, digits.data());
-            _hasName = make(_temporaryName.c_str());
-            if (!_hasName && errno != EEXIST) {
+            temporaryName.replace(suffix, suffixSize, digits.data());
+            hasName = make(temporaryName.c_str());
+            if (!hasName && errno != EEXIST) {
                 break;
             }
         }
-        check(_hasName ? 0 : -1);
+        check(hasName ? 0 : -1);
     }
 
-    SignalsHeld _signals;
-    std::string _path;
-    std::string _temporaryName;
-    bool _hasName = false;  ///< The temporary name stands in the folder.
-    int _descriptor = -1;
+    SignalsHeld signals;
+    std::string target;
+    std::string temporaryName;
+    bool hasName = false;  ///< The temporary name stands in the folder.
+    int descriptor = -1;
 };
 
 /// The file that is to be replaced, behind all symbolic links.

@@ -26,9 +26,9 @@ std::string line(const std::vector<std::string>& cells, const std::vector<Column
 
 std::vector<std::size_t> Table::widths() const {
     std::vector<std::size_t> widths;
-    for (std::size_t i = 0; i < _columns.size(); ++i) {
-        std::size_t width = displayWidth(_columns[i].title);
-        for (const std::vector<std::string>& row : _rows) {
+    for (std::size_t i = 0; i < layout.size(); ++i) {
+        std::size_t width = displayWidth(layout[i].title);
+        for (const std::vector<std::string>& row : rows) {
             width = std::max(width, displayWidth(row[i]));
         }
         widths.push_back(width);
@@ -39,12 +39,12 @@ std::vector<std::size_t> Table::widths() const {
 std::string Table::text() const {
     const std::vector<std::size_t> columnWidths = widths();
     std::vector<std::string> titles;
-    for (const Column& column : _columns) {
+    for (const Column& column : layout) {
         titles.push_back(column.title);
     }
-    std::string text = line(titles, _columns, columnWidths);
-    for (const std::vector<std::string>& row : _rows) {
-        text += line(row, _columns, columnWidths);
+    std::string text = line(titles, layout, columnWidths);
+    for (const std::vector<std::string>& row : rows) {
+        text += line(row, layout, columnWidths);
     }
     return text;
 }

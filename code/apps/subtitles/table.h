@@ -20,9 +20,9 @@ struct Column {
 /// how wide a letter is on a terminal counts, not how many bytes it has.
 class Table {
 public:
-    explicit Table(std::vector<Column> columns) : _columns(std::move(columns)) {}
+    explicit Table(std::vector<Column> columns) : layout(std::move(columns)) {}
 
-    void addRow(std::vector<std::string> cells) { _rows.push_back(std::move(cells)); }
+    void addRow(std::vector<std::string> cells) { rows.push_back(std::move(cells)); }
 
     /// The titles, then the rows, each with a line feed.
     std::string text() const;
@@ -30,8 +30,8 @@ public:
 private:
     std::vector<std::size_t> widths() const;
 
-    std::vector<Column> _columns;
-    std::vector<std::vector<std::string>> _rows;
+    std::vector<Column> layout;
+    std::vector<std::vector<std::string>> rows;
 };
 
 }  // namespace tool
