@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -142,7 +143,7 @@ TEST_F(Convert, WritesNothingWhereItFails) {
     EXPECT_EQ(convert({"empty.srt", "x.vtt"}).error, "subtitles: empty.srt: no cues\n");
     EXPECT_EQ(convert({"empty.srt", "x.vtt"}).status, 2);
     EXPECT_EQ(convert({"empty.srt", "x.vtt", "--encoding", "klingon"}).error,
-              "subtitles: Unknown text encoding 'klingon'\n");
+              "subtitles: empty.srt: Unknown text encoding 'klingon'\n");
     EXPECT_FALSE(std::filesystem::exists(folder.path("x.vtt")));
 }
 
@@ -206,6 +207,82 @@ TEST_F(Convert, TellsScriptsWhatItDid) {
               "  \"frameRate\": null,\n"
               "  \"cues\": 2\n"
               "}\n");
+}
+
+TEST_F(Convert, CountsFramesAtTheRateThatItIsTold) {
+    constexpr const char* webVTT = "WEBVTT\n\n00:00:00.400 --> 00:00:00.800\n&lrm;x\n";
+    EXPECT_EQ(toWebVTT("x.sub", "{10}{20}x\n", {"--fps", "25"}).output, webVTT);
+    EXPECT_EQ(toWebVTT("x.sub", "{1}{1}25\n{10}{20}x\n").output, webVTT);
+    EXPECT_EQ(toWebVTT("x.sub", "{1}{1}50\n{10}{20}x\n", {"--fps", "25.0"}).output, webVTT);
+    EXPECT_EQ(toWebVTT("x.sub", "{1}{1}25\n{10}{20}x\n").error, "");
+}
+
+TEST_F(Convert, TakesTheRateOfFilmsElseAndSaysSo) {
+    const ToolAnswer answer = toWebVTT("x.sub", "{24000}{24024}x\n");
+    EXPECT_EQ(answer.output, "WEBVTT\n\n00:16:41.000 --> 00:16:42.001\n&lrm;x\n");
+    EXPECT_EQ(answer.error,
+              "subtitles: x.sub: the frame rate is not told, so it is taken for 24000/1001; --fps "
+              "tells another\n");
+    EXPECT_EQ(answer.status, 0);
+}
+
+TEST_F(Convert, HasNoDriftAfterThreeHours) {
+    // 258,741 frames at 24000/1001 a second are 10,791.655875 seconds.
+    EXPECT_EQ(toWebVTT("x.sub", "{258741}{258742}x\n", {"--fps", "24000/1001"}).output,
+              "WEBVTT\n\n02:59:51.656 --> 02:59:51.698\n&lrm;x\n");
+}
+
+TEST_F(Convert, RefusesARateThatNoFilmHas) {
+    for (const std::string rate : {"0", "1001", "0.0009"}) {
+        const ToolAnswer answer = toWebVTT("x.sub", "{1}{1}" + rate + "\n{10}{20}x\n");
+        EXPECT_EQ(answer.error, "subtitles: x.sub: its first entry tells a rate of " + rate +
+                                    " frames a second, which no film has; --fps tells another\n");
+        EXPECT_EQ(answer.output, "");
+        EXPECT_EQ(answer.status, 2);
+    }
+    EXPECT_EQ(toWebVTT("x.sub", "{1}{1}0\n{10}{20}x\n", {"--fps", "25"}).status, 0);
+}
+
+TEST_F(Convert, EndsACueWithoutAnEndWithTheNext) {
+    EXPECT_THAT(
+        toWebVTT("x.sub", "{25}{}a\n{75}{}b\n", {"--fps", "25"}).output,
+        HasSubstr("00:00:01.000 --> 00:00:03.000\n&lrm;a\n\n00:00:03.000 --> 00:00:08.000"));
+}
+
+TEST_F(Convert, ReadsASSEventByEvent) {
+    folder.writeFile("x.ass",
+                     "[Script Info]\n[Events]\n"
+                     "Format: Start, End, Text\n"
+                     "Dialogue: 0:00:01.50,0:00:03.00,{\\pos(1,2)}{\\i1}Hi{\\i0}, there\\Nyou\n"
+                     "Dialogue: 0:00:04.00,0:00:05.00,{\\p1}m 0 0 l 1 1{\\p0}\n");
+    EXPECT_EQ(convert({"x.ass", "-"}).output,
+              "WEBVTT\n"
+              "\n"
+              "00:00:01.500 --> 00:00:03.000\n"
+              "<i>&lrm;Hi</i>&lrm;, there\n"
+              "&lrm;you\n"
+              "\n"
+              "00:00:04.000 --> 00:00:05.000\n");
+    EXPECT_EQ(convert({"x.ass", "-", "--format", "ass"}).output,
+              std::string(assHead) +
+                  "Dialogue: 0,0:00:01.50,0:00:03.00,Default,,0,0,0,,{\\i1}Hi{\\i0}, there\\Nyou\n"
+                  "Dialogue: 0,0:00:04.00,0:00:05.00,Default,,0,0,0,,\n");
+}
+
+TEST_F(Convert, WantsToKnowWhichOfSeveralLanguages) {
+    const std::string samples = std::string(std::getenv("SUBTITLES_SAMPLES")) + "/film";
+    setup.folder = samples;
+    const ToolAnswer answer = convert({"The Harbour.smi", folder.path("x.vtt")});
+    EXPECT_EQ(
+        answer.error,
+        "subtitles: The Harbour.smi: several subtitles, English (en, class encc), Korean (ko, "
+        "class krcc); choose one with --language or --class\n");
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("x.vtt")));
+    EXPECT_THAT(convert({"The Harbour.smi", "-", "--language", "ko"}).output,
+                HasSubstr("&lrm;\uC624\uB298 \uC544\uCE68\uC740"));
+    EXPECT_THAT(convert({"The Harbour.smi", "-", "--class", "encc"}).output,
+                HasSubstr("&lrm;The fog is thick this morning.\n"));
 }
 
 }  // namespace

@@ -14,8 +14,6 @@
 #include "subtitles/attributed-text.h"
 #include "subtitles/subtitle-data.h"
 
-#include "exit-status.h"
-
 namespace {
 
 using subtitles::SubtitleData;
@@ -111,9 +109,13 @@ TEST(CueList, TakesNothingElseForARate) {
 }
 
 TEST(CueList, RefusesARateThatNoFilmHas) {
-    for (const char* text : {"0", "0.0", "0.0001", "1001", "1000.1", "9999999999999999999999"}) {
-        EXPECT_THROW(framesOf({{1, 0, text}, {10, 10}}), tool::Failure) << text;
+    for (const char* text : {"0", "0.0", "0.0009", "1001", "1000.1", "9999999999999999999999"}) {
+        const CueList list = framesOf({{1, 0, text}, {10, 10}});
+        EXPECT_EQ(described(list), "frames 10-20");
+        EXPECT_EQ(list.refusedRate(), text);
     }
+    EXPECT_EQ(framesOf({{1, 0, "1000"}}).refusedRate(), "");
+    EXPECT_EQ(framesOf({{1, 0, "0.001"}}).refusedRate(), "");
 }
 
 TEST(CueList, GivesTextWithoutNulsAndCarriageReturns) {

@@ -208,10 +208,27 @@ TEST_F(Find, IsQuietInSmallFolders) {
 }
 
 TEST_F(Find, ListsSubtitlesOfEveryFormat) {
-    setup.folder = std::string(std::getenv("SUBTITLES_SAMPLES")) + "/film";
-    const std::string listed = find({".", "The Harbour"}).output;
-    EXPECT_THAT(listed, HasSubstr("  The Harbour.en.srt\n"));
-    EXPECT_THAT(listed, HasSubstr("  The Harbour.zh.srt\n"));
+    folder.writeFile("Film.a.sub", "{10}{20}x\n{30}{45}y\n");
+    folder.writeFile("Film.b.sub", "{1}{1}25\n{25}{50}x\n");
+    folder.writeFile("Film.c.ass",
+                     "[Events]\nFormat: Start, End, Text\nDialogue: 0:00:01.50,0:00:03.00,x\n");
+    folder.writeFile("Film.d.ssa", "not even a script");
+    folder.writeFile("Film.e.sub", twoCues);
+    folder.writeFile("Film.f.sub", std::string(twoCues) + "{10}{20}x\n");
+    folder.writeFile("Film.smi",
+                     "<SAMI><BODY><SYNC Start=1000><P Class=ENCC>Hello<P Class=KRCC>Hi\n"
+                     "<SYNC Start=3000><P Class=ENCC>&nbsp;\n</BODY></SAMI>\n");
+    EXPECT_EQ(find().output,
+              "FORMAT    LANGUAGE  ENCODING  CUES         FIRST          LAST  FILE\n"
+              "MicroDVD  a         UTF-8        2          {10}          {45}  Film.a.sub\n"
+              "MicroDVD  b         UTF-8        1  00:00:01.000  00:00:02.000  Film.b.sub\n"
+              "ASS       c         UTF-8        1  00:00:01.500  00:00:03.000  Film.c.ass\n"
+              "ASS       d         UTF-8        0             -             -  Film.d.ssa\n"
+              "SRT       e         UTF-8        2  00:00:01.000  01:00:05.000  Film.e.sub\n"
+              "SRT       f         UTF-8        2  00:00:01.000  01:00:05.000  Film.f.sub\n"
+              "MicroDVD  f         UTF-8        1          {10}          {20}  Film.f.sub\n"
+              "SMI       ENCC      UTF-8        1  00:00:01.000  00:00:03.000  Film.smi\n"
+              "SMI       KRCC      UTF-8        1  00:00:01.000  00:00:06.000  Film.smi\n");
 }
 
 }  // namespace

@@ -155,7 +155,10 @@ struct FailureCase {
 const FailureCase failureCases[] = {
     {"MissingFile", "missing.srt", {}, "Cannot open 'missing.srt': No such file or directory"},
     {"Folder", "folder.srt", {}, "Cannot open 'folder.srt': it is a folder"},
-    {"UnknownEncoding", "good.srt", {"--encoding", "klingon"}, "Unknown text encoding 'klingon'"},
+    {"UnknownEncoding",
+     "good.srt",
+     {"--encoding", "klingon"},
+     "good.srt: Unknown text encoding 'klingon'"},
     {"NoSubtitleFile",
      "notes.txt",
      {},
@@ -200,6 +203,102 @@ TEST_F(Show, SaysThatThereAreNoCues) {
 TEST_F(Show, ReadsAFileWhoseFirstCueComesLate) {
     const std::string notes(100000, '\n');
     EXPECT_EQ(show(notes + styled).output, show(styled).output);
+}
+
+constexpr const char* microDVD = "{10}{20}Hello|World\n{30}{}{y:i}Open\n";
+
+TEST_F(Show, CountsFramesWhereNobodyTellsTheRate) {
+    EXPECT_EQ(show(microDVD, {}, "x.sub").output,
+              "{10} --> {20}\n"
+              "Hello\n"
+              "World\n"
+              "\n"
+              "{30} -->\n"
+              "Open\n");
+    const ToolAnswer answer = show(microDVD, {"--json"}, "x.sub");
+    EXPECT_THAT(answer.output, HasSubstr("  \"unit\": \"frames\",\n  \"frameRate\": null,\n"));
+    EXPECT_THAT(answer.output, HasSubstr("{\"start\":30,\"end\":null,\"text\":\"Open\",\"runs\":"));
+    EXPECT_EQ(answer.error, "");
+}
+
+TEST_F(Show, TakesTheRateThatItIsTold) {
+    constexpr const char* times = "00:00:00.400 --> 00:00:00.800\nHello\n";
+    EXPECT_THAT(show(microDVD, {"--fps", "25"}, "x.sub").output, HasSubstr(times));
+    EXPECT_EQ(show(std::string("{1}{1}25\n") + microDVD, {}, "x.sub").output,
+              show(microDVD, {"--fps", "25"}, "x.sub").output);
+    EXPECT_EQ(show(std::string("{1}{1}50\n") + microDVD, {"--fps", "25"}, "x.sub").output,
+              show(microDVD, {"--fps", "25"}, "x.sub").output);
+    EXPECT_THAT(show(microDVD, {"--fps", "24000/1001", "--json"}, "x.sub").output,
+                HasSubstr("  \"unit\": \"nanoseconds\",\n  \"frameRate\": \"24000/1001\",\n"));
+}
+
+TEST_F(Show, CountsFramesWhereTheRateMakesNoSense) {
+    EXPECT_EQ(show(std::string("{1}{1}0\n") + microDVD, {}, "x.sub").output,
+              show(microDVD, {}, "x.sub").output);
+}
+
+TEST_F(Show, ReadsSRTUnderTheOtherFormatsName) {
+    EXPECT_EQ(show(styled, {}, "x.sub").output, show(styled).output);
+}
+
+TEST_F(Show, ReadsASS) {
+    constexpr const char* script =
+        "[Script Info]\n[Events]\n"
+        "Format: Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text\n"
+        "Dialogue: 0,0:00:01.50,0:00:03.00,Default,,0,0,0,,{\\an8}{\\i1}Hi{\\i0}, there\\Nyou\n"
+        "Dialogue: 0,0:00:04.00,0:00:05.00,Default,,0,0,0,,{\\p1}m 0 0 l 1 1{\\p0}\n";
+    EXPECT_EQ(show(script, {}, "x.ass").output,
+              "00:00:01.500 --> 00:00:03.000\n"
+              "Hi, there\n"
+              "you\n"
+              "\n"
+              "00:00:04.000 --> 00:00:05.000\n");
+    setup.outputIsTerminal = true;
+    EXPECT_THAT(show(script, {}, "x.ssa").output, HasSubstr("\n\x1B[3mHi\x1B[0m, there\nyou\n"));
+}
+
+TEST_F(Show, NamesTheFileThatCannotBeDecoded) {
+    const ToolAnswer answer = show("[Events]\n\xFF\n", {"--encoding", "UTF-8"}, "x.ass");
+    EXPECT_THAT(answer.error, testing::StartsWith("subtitles: x.ass: "));
+    EXPECT_EQ(answer.error.find('\n'), answer.error.size() - 1);
+    EXPECT_EQ(answer.status, 2);
+}
+
+constexpr const char* twoLanguages =
+    "<SAMI><HEAD><STYLE TYPE=\"text/css\"><!--\n"
+    ".ENCC {Name: English; lang: en-US; SAMIType: CC;}\n"
+    ".FRCC {Name: French; lang: fr-FR; SAMIType: CC;}\n"
+    "--></STYLE></HEAD><BODY>\n"
+    "<SYNC Start=1000><P Class=ENCC>Hello\n<SYNC Start=1000><P Class=FRCC>Bonjour\n"
+    "<SYNC Start=3000><P Class=ENCC>&nbsp;\n<SYNC Start=3000><P Class=FRCC>&nbsp;\n"
+    "</BODY></SAMI>\n";
+
+TEST_F(Show, ShowsTheFirstOfSeveralLanguages) {
+    const ToolAnswer answer = show(twoLanguages, {}, "x.smi");
+    EXPECT_EQ(answer.output, "00:00:01.000 --> 00:00:03.000\nHello\n");
+    EXPECT_EQ(answer.error.find("subtitles: x.smi: several subtitles, English ("), 0U);
+    EXPECT_THAT(answer.error, HasSubstr("class encc), French ("));
+    EXPECT_EQ(answer.status, 0);
+}
+
+TEST_F(Show, ShowsTheLanguageThatIsChosen) {
+    for (const std::vector<std::string>& options :
+         std::vector<std::vector<std::string>>{{"--language", "fr"},
+                                               {"--language", "FR"},
+                                               {"--language", "fre"},
+                                               {"--language", "fr-FR"},
+                                               {"--language", "french"},
+                                               {"--class", "frcc"},
+                                               {"--class", "FRCC"},
+                                               {"--language", "fr", "--class", "frcc"}}) {
+        const ToolAnswer answer = show(twoLanguages, options, "x.smi");
+        EXPECT_EQ(answer.output, "00:00:01.000 --> 00:00:03.000\nBonjour\n") << options.back();
+        EXPECT_EQ(answer.error, "") << options.back();
+    }
+    const ToolAnswer answer = show(twoLanguages, {"--language", "de"}, "x.smi");
+    EXPECT_THAT(answer.error, HasSubstr("no subtitles in the language \"de\"; there is English ("));
+    EXPECT_EQ(answer.status, 2);
+    EXPECT_EQ(show(twoLanguages, {"--language", "en", "--class", "frcc"}, "x.smi").status, 2);
 }
 
 }  // namespace

@@ -44,6 +44,10 @@ LoadedTrack load(Console& console, const ConvertOptions& options) {
         throw Failure(options.input + ": no cues");
     }
     if (track.cues.unit() == TimeUnit::Frames) {
+        if (const std::string& rate = track.cues.refusedRate(); !rate.empty()) {
+            throw Failure(options.input + ": its first entry tells a rate of " + rate +
+                          " frames a second, which no film has; --fps tells another");
+        }
         console.message(options.input + ": the frame rate is not told, so it is taken for " +
                         toString(filmFrameRate) + "; --fps tells another");
         track.cues.convertFrames(filmFrameRate);

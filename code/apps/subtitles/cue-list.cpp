@@ -3,7 +3,6 @@
 #include "cue-list.h"
 
 #include <limits>
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -14,7 +13,6 @@
 #include "subtitles/ass-parser.h"
 #include "subtitles/attributed-text-buffer.h"
 
-#include "exit-status.h"
 #include "look.h"
 #include "visible-text.h"
 
@@ -101,11 +99,9 @@ void CueList::takeStatedRate(const std::optional<FrameRate>& givenRate) {
         const std::string words = plainText(text(entries.front()));
         if (const std::string_view number = trimmedBlanks(words); isBareNumber(number)) {
             const std::optional<FrameRate> stated = parseFrameRate(number);
-            if (!rate && (!stated || !isPlausible(*stated))) {
-                throw Failure("the first entry names a rate of " + std::string(number) +
-                              " frames a second; give the right one with --fps");
-            }
-            rate = rate ? rate : stated;
+            const bool isRate = stated && isPlausible(*stated);
+            refused = isRate ? "" : number;
+            rate = rate || !isRate ? rate : stated;
             entries.erase(entries.begin());
         }
     }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "foundation/auto-ptr.h"
@@ -42,6 +43,10 @@ public:
     /// The rate with which frames became nanoseconds; nothing where they did not.
     const std::optional<FrameRate>& frameRate() const { return usedRate; }
 
+    /// The rate that the file tells where no film can have it, as it is written there; else empty.
+    /// It is not used.
+    const std::string& refusedRate() const { return refused; }
+
     /// Turns frames into nanoseconds.
     void convertFrames(const FrameRate& rate);
 
@@ -56,6 +61,7 @@ private:
     std::vector<Cue> entries;
     TimeUnit timeUnit;
     std::optional<FrameRate> usedRate;
+    std::string refused;
 };
 
 }  // namespace tool

@@ -6,13 +6,17 @@
 #include <string_view>
 #include <utility>
 
+#include "foundation/auto-ptr.h"
+#include "foundation/exception.h"
 #include "foundation/path.h"
 #include "foundation/string.h"
 
 #include "subtitles/language.h"
+#include "subtitles/subtitle-data.h"
 #include "subtitles/subtitle-loader.h"
 
 #include "exit-status.h"
+#include "file-failures.h"
 #include "text-encoding.h"
 
 namespace tool {
@@ -108,6 +112,17 @@ std::string describeChoice(const TrackChoice& choice) {
     return words;
 }
 
+/// An exception about what is in the file does not know its name.
+fn::AutoPtr<subtitles::SubtitleData> load(SubtitleLoader& loader,
+                                          const SubtitleReference& reference,
+                                          const fn::String& encoding) {
+    try {
+        return loader.loadSubtitle(reference, encoding);
+    } catch (const fn::Exception& exception) {
+        throw Failure(describeFailure(reference.path, exception.displayText()));
+    }
+}
+
 }  // namespace
 
 std::vector<SubtitleReference> tracksInFile(const std::string& path) {
@@ -154,7 +169,7 @@ LoadedTrack loadTrack(const SubtitleReference& reference, const std::string& enc
     const fn::String used = encoding.empty() ? encodingOfFile(reference.path) : encoding;
     for (SubtitleLoader* const loader : SubtitleLoader::getAllLoaders()) {
         if (loader->canHandle(reference)) {
-            return {reference, used, CueList(loader->loadSubtitle(reference, used), frameRate)};
+            return {reference, used, CueList(load(*loader, reference, used), frameRate)};
         }
     }
     throw Failure(reference.path + ": no reader for " + formatName(reference) + " files");

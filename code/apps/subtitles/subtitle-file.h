@@ -44,7 +44,8 @@ struct LoadedTrack {
     CueList cues;
 };
 
-/// Loads a subtitle; an empty `encoding` is detected. Raises what the loaders raise.
+/// Loads a subtitle; an empty `encoding` is detected. Throws `Failure`, which names the file, where
+/// it cannot be read or decoded.
 LoadedTrack loadTrack(const subtitles::SubtitleReference& reference, const std::string& encoding,
                       const std::optional<FrameRate>& frameRate);
 
