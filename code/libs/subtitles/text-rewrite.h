@@ -70,7 +70,7 @@ class Rewriter {
 public:
     template <std::size_t size>
     constexpr explicit Rewriter(const Rewrite (&table)[size]) : rows(table) {
-        static_assert(size <= most);
+        static_assert(size <= _most);
         for (std::size_t row = size; row-- > 0;) {
             const std::string_view found = table[row].found;
             const auto first = static_cast<unsigned char>(found.front());
@@ -90,7 +90,7 @@ public:
     fn::String operator()(fn::StringView text) const;
 
 private:
-    static constexpr std::size_t most = 32;
+    static constexpr std::size_t _most = 32;
 
     bool mayFit(fn::StringView text) const;
     const Rewrite* rowAt(fn::StringView text) const;
@@ -100,7 +100,7 @@ private:
     // The rows that begin with the same byte are a chain. A row is told by its number plus one; the
     // chain's end is 0.
     unsigned char firstRow[256] = {};
-    unsigned char nextRow[most] = {};
+    unsigned char nextRow[_most] = {};
     // A look at two bytes spares the chain where a text is full of bytes that could start a row.
     bool alone[256] = {};    ///< The bytes that are some row's whole `found`.
     bool seconds[256] = {};  ///< The bytes that stand second in some row's `found`.
