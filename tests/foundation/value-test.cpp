@@ -230,6 +230,17 @@ TEST(ValueOrder, IsByKindAndThenByContent) {
     }
 }
 
+TEST(ValueOrder, OfDeeplyNestedValuesIsLinear) {
+    const auto nest = [](Value value) {
+        for (int depth = 0; depth < 100; ++depth) {
+            value = depth % 2 == 0 ? listOf({value}) : mapOf({{"a", value}});
+        }
+        return value;
+    };
+    EXPECT_EQ(nest(1), nest(1));
+    EXPECT_LT(nest(1), nest(2));
+}
+
 TEST(ValueOrder, OfTextsIsByteOrderWithNulBytes) {
     EXPECT_LT(Value(fn::String("a\0a", 3)), Value(fn::String("a\0b", 3)));
     EXPECT_LT(Value("\x7f"), Value("\x80"));

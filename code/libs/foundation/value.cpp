@@ -73,24 +73,42 @@ String describe(const Value& value) {
     throw RangeException(exception);
 }
 
-/// The order of what two values of one kind hold.
-struct Less {
-    bool operator()(std::monostate, std::monostate) const { return false; }
-    bool operator()(double left, double right) const {
-        return std::isnan(left) || std::isnan(right) ? std::isnan(left) && !std::isnan(right)
-                                                     : left < right;
+template <class Number>
+int order(Number left, Number right) {
+    return left < right ? -1 : static_cast<int>(right < left);
+}
+
+/// The order of what two values of one kind hold: negative, 0 or positive. One answer for both
+/// directions keeps the comparison of nested values linear; two calls of "less" at each level would
+/// double the work with each.
+struct Order {
+    int operator()(std::monostate, std::monostate) const { return 0; }
+    int operator()(double left, double right) const {
+        const bool isUnordered = std::isnan(left) || std::isnan(right);
+        return isUnordered ? order(!std::isnan(left), !std::isnan(right)) : order(left, right);
     }
-    bool operator()(const String& left, const String& right) const {
-        return left.compare(right) < 0;
+    int operator()(const String& left, const String& right) const { return left.compare(right); }
+    int operator()(const Value& left, const Value& right) const { return left.compare(right); }
+    int operator()(const Value::Map::value_type& left, const Value::Map::value_type& right) const {
+        const int keys = left.first.compare(right.first);
+        return keys != 0 ? keys : left.second.compare(right.second);
     }
     template <class Container>
-    bool operator()(const std::unique_ptr<Container>& left,
-                    const std::unique_ptr<Container>& right) const {
-        return *left < *right;
+    int operator()(const std::unique_ptr<Container>& left,
+                   const std::unique_ptr<Container>& right) const {
+        auto mine = left->begin();
+        auto others = right->begin();
+        while (mine != left->end() && others != right->end()) {
+            const int result = (*this)(*mine++, *others++);
+            if (result != 0) {
+                return result;
+            }
+        }
+        return order(left->size(), right->size());
     }
-    template <class Number>
-    bool operator()(Number left, Number right) const {
-        return left < right;
+    template <class Number, class = std::enable_if_t<std::is_integral_v<Number>>>
+    int operator()(Number left, Number right) const {
+        return order(left, right);
     }
 };
 
@@ -232,23 +250,19 @@ ErrorInfo<String, internal::DetailTag> Value::detailInfo() const {
     return ErrorInfo<String, internal::DetailTag>(describe(*this));
 }
 
-bool Value::operator<(const Value& other) const {
+int Value::compare(const Value& other) const {
     if (type() != other.type()) {
-        return type() < other.type();
+        return order(type(), other.type());
     }
     return std::visit(
         [](const auto& left, const auto& right) {
             if constexpr (std::is_same_v<decltype(left), decltype(right)>) {
-                return Less()(left, right);
+                return Order()(left, right);
             } else {
-                return false;  // Never reached: the kinds are the same.
+                return 0;  // Never reached: the kinds are the same.
             }
         },
         _data, other._data);
-}
-
-bool Value::operator==(const Value& other) const {
-    return !(*this < other) && !(other < *this);
 }
 
 }  // namespace fn

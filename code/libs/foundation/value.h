@@ -100,11 +100,13 @@ public:
     /// Says in a few words what the value is, to be attached to an exception.
     ErrorInfo<String, internal::DetailTag> detailInfo() const;
 
-    /// By kind first, then by what is held: strings in plain byte order, maps and lists entry by
-    /// entry. Not-a-number comes before all other numbers.
-    bool operator<(const Value& other) const;
-    bool operator==(const Value& other) const;
-    bool operator!=(const Value& other) const { return !(*this == other); }
+    /// Negative, 0 or positive. By kind first, then by what is held: strings in plain byte order,
+    /// maps and lists entry by entry. Not-a-number comes before all other numbers.
+    int compare(const Value& other) const;
+
+    bool operator<(const Value& other) const { return compare(other) < 0; }
+    bool operator==(const Value& other) const { return compare(other) == 0; }
+    bool operator!=(const Value& other) const { return compare(other) != 0; }
 
     /// A nil value that lives as long as the process.
     static const Value NIL;  // NOLINT(readability-identifier-naming): a constant of the interface
