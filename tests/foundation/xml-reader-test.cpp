@@ -72,6 +72,8 @@ constexpr Case cases[] = {
     {"PrefixBelongsToTheName", "<r xmlns:p='u'><p:b>x</p:b></r>", "<r><p:b>[x]</p:b></r>"},
     {"UndeclaredPrefixIsNoDefect", "<r><p:b>x</p:b></r>", "<r><p:b>[x]</p:b></r>"},
     {"CommentSplitsText", "<r>a<!--x-->b</r>", "<r>[a]{8}[b]</r>"},
+    {"CommentsMayHoldOneHyphen", "<r><!-- a-b -> <b> --><!-->--></r>", "<r>{8}{8}</r>"},
+    {"SectionsMayHoldHyphens", "<r><![CDATA[<!-- -- ]]><?x <!-- -- ?></r>", "<r>{4}{7}</r>"},
     {"CDataHasItsOwnType", "<r>a<![CDATA[<x>]]>b</r>", "<r>[a]{4}[b]</r>"},
     {"Instruction", "<r>a<?x y?>b</r>", "<r>[a]{7}[b]</r>"},
     {"LineEndsAreOneLineFeed", "<r>a\r\nb\rc</r>", "<r>[a\nb\nc]</r>"},
@@ -108,6 +110,10 @@ constexpr Case cases[] = {
     {"MalformedUTF8", "<r>a<b>c</b>\xff</r>", "<r>[a]<b>[c]</b>failed"},
     {"ControlCharacter", "<r>a<b>c</b>\x01</r>", "<r>[a]<b>[c]</b>failed"},
     {"CDataEndInText", "<r><b/>]]></r>", "<r><b/>failed"},
+    {"HyphensInAComment", "<r>a<b/><!--x--y--></r>", "<r>[a]<b/>failed"},
+    {"CommentWithoutEnd", "<r>a<b/><!--x-></r>", "<r>[a]<b/>failed"},
+    {"CDataWithoutEnd", "<r>a<b/><![CDATA[x]></r>", "<r>[a]<b/>failed"},
+    {"InstructionWithoutEnd", "<r>a<b/><?x ></r>", "<r>[a]<b/>failed"},
     {"EntityThatContainsItself",
      "<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>x<b/>&a;y</r>", "{10}<r>[x]<b/>failed"},
     {"EntityWithHalfATag", "<!DOCTYPE r [<!ENTITY e '<b>'>]><r>x&e;y</b></r>", "{10}<r>[x]failed"},
@@ -377,7 +383,7 @@ TEST(XMLReaderLong, ManyTags) {
 
 TEST(XMLReaderLong, DefectAtEveryByteEndsAtTheFirst) {
     for (const char* defect : {"<", "&", "</", "<!", "<!-", "]]>", "\xff", "\x01", "<b "}) {
-        const Counts counts = count("<r>" + repeat(defect, longSize / 8) + "</r>");
+        const Counts counts = count("<r>" + repeat(defect, longSize / 64) + "</r>");
         EXPECT_TRUE(counts.failed) << defect;
         EXPECT_EQ(counts.nodes, 1U) << defect;
     }
@@ -386,8 +392,10 @@ TEST(XMLReaderLong, DefectAtEveryByteEndsAtTheFirst) {
 TEST(XMLReaderLong, ConstructWithoutEndFails) {
     for (const char* start : {"<!--", "<![CDATA[", "<?x ", "<!DOCTYPE", "<", "<b a='", "&"}) {
         for (const char* filling : {"x", "-", "]", "?", "!", ">", " ", "["}) {
-            EXPECT_TRUE(count("<r>" + (start + repeat(filling, longSize / 8))).failed)
-                << start << filling;
+            const std::string endless = start + repeat(filling, longSize / 64);
+            for (const char* before : {"", "<r>", "<!DOCTYPE r [", "<r/>"}) {
+                EXPECT_TRUE(count(before + endless).failed) << before << start << filling;
+            }
         }
     }
 }

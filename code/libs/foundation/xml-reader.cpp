@@ -13,6 +13,7 @@
 
 #include "foundation/xml-reader.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <utility>
@@ -71,12 +72,19 @@ bool isPlaceholder(const xmlNode* node) {
     return node->type == XML_TEXT_NODE && node->content != nullptr && node->content[0] == 0;
 }
 
-/// Ends the parse as not well-formed. `xmlStopParser` would do, but it frees the input, and a
-/// parser that reports an error goes on looking at it.
+/// Ends the parse as not well-formed: nothing more is told of what follows.
+///
+/// Inside an element the parser is also told that it has stopped and finds nothing more to read,
+/// so that it does not go on from defect to defect. `xmlStopParser` does the same, but it frees the
+/// input too, and a parser that reports an error may go on looking at it. In a document type
+/// declaration the parser is left to find its end: there it does not survive a sudden one.
 void stop(xmlParserCtxtPtr context) {
     context->wellFormed = 0;
     context->disableSAX = 1;
-    context->instate = XML_PARSER_EOF;
+    if (context->nodeNr > 0) {
+        context->instate = XML_PARSER_EOF;
+        context->input->cur = context->input->end;
+    }
 }
 
 /// Keeps libxml2's messages to ourselves, and stops at the first defect: behind it nothing is read,
@@ -202,44 +210,112 @@ xmlEntityPtr onGetEntity(void* data, const xmlChar* name) {
     return entity;
 }
 
+/// A parameter entity's content is read at each use, and uses others. Behind a defect there is none
+/// of them any more: the parser goes on to the end of the declaration, and must get there.
+xmlEntityPtr onGetParameterEntity(void* data, const xmlChar* name) {
+    const xmlEntityPtr entity = xmlSAX2GetParameterEntity(data, name);
+    auto* const context = static_cast<xmlParserCtxtPtr>(data);
+    auto* const budget = static_cast<Budget*>(context->_private);
+    if (entity == nullptr || context->wellFormed == 0) {
+        return nullptr;
+    }
+    const std::size_t size = 1 + static_cast<std::size_t>(std::max(entity->length, 0));
+    if (size > budget->bytes) {
+        stop(context);
+        return nullptr;
+    }
+    budget->bytes -= size;
+    return entity;
+}
+
+/// Where the comment, CDATA section or instruction that begins at `start` ends, `start` itself
+/// where there is none, and `npos` where it has no end or where its end has a defect.
+std::size_t endOfSection(StringView text, std::size_t start) {
+    const StringView here = text.substr(start);
+    if (here.substr(0, 4) == "<!--") {
+        // A comment ends at its first two hyphens, or it is none.
+        const std::size_t end = text.find("--", start + 4);
+        return end != StringView::npos && text.substr(end + 2, 1) == ">" ? end + 3
+                                                                         : StringView::npos;
+    }
+    const bool isCData = here.substr(0, 9) == "<![CDATA[";
+    const bool isInstruction = here.substr(0, 2) == "<?";
+    if (!isCData && !isInstruction) {
+        return start;
+    }
+    const StringView ending = isCData ? "]]>" : "?>";
+    const std::size_t end = text.find(ending, start);
+    return end == StringView::npos ? end : end + ending.size();
+}
+
+/// The attributes of a tag as far as it was read. They are counted by their equals signs, and in
+/// the declaration of an entity, which can hide them, by its references.
+class AttributeCounter {
+public:
+    void startTag(bool declaresEntity) {
+        *this = AttributeCounter();
+        _inTag = true;
+        _declaresEntity = declaresEntity;
+    }
+    void endTag() { _inTag = false; }
+
+    void readByte(char byte) {
+        if (!_inTag) {
+            return;
+        }
+        if (_quote != 0) {
+            _count += _declaresEntity && byte == '&' ? 1 : 0;
+            _quote = byte == _quote ? '\0' : _quote;
+            return;
+        }
+        _count += byte == '=' ? 1 : 0;
+        _quote = byte == '\'' || byte == '"' ? byte : '\0';
+        _inTag = byte != '>';
+    }
+
+    int count() const { return _inTag ? _count : 0; }
+
+private:
+    bool _inTag = false;
+    bool _declaresEntity = false;
+    char _quote = 0;
+    int _count = 0;
+};
+
 /// Where the first thing stands that the parser must not see; the text's size where there is none.
+/// The text has a defect there, or is taken to have one:
 ///
-/// That is a NUL, which no XML text holds and which the parser takes for the end, and a tag with
-/// more attributes than anybody writes: the parser compares each with all others. Attributes are
-/// counted by their equals signs, and in the declaration of an entity, which can hide them, by its
-/// references.
+/// - a NUL, which the parser takes for the end;
+/// - a comment with two hyphens in it, or a section without an end: the parser may tell of a long
+///   comment's every hyphen, with a copy of the comment;
+/// - a tag with more attributes than anybody writes: the parser compares each with all others.
 std::size_t findUnreadable(StringView text) {
     constexpr int maximumAttributes = 250;
+    const std::size_t size = std::min(text.find('\0'), text.size());
+    text = text.substr(0, size);
+    AttributeCounter attributes;
     std::size_t tag = 0;
-    int count = 0;
-    bool inTag = false;
-    char quote = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char byte = text[i];
-        if (byte == 0) {
+    for (std::size_t i = 0; i < size; ++i) {
+        if (text[i] != '<') {
+            attributes.readByte(text[i]);
+            if (attributes.count() > maximumAttributes) {
+                return tag;
+            }
+            continue;
+        }
+        const std::size_t end = endOfSection(text, i);
+        if (end == StringView::npos) {
             return i;
         }
-        if (byte == '<') {
-            tag = i;
-            inTag = true;
-            count = 0;
-            quote = 0;
-        } else if (!inTag) {
-            continue;
-        } else if (quote != 0) {
-            const bool isHidden = byte == '&' && text.substr(tag, 3) == "<!E";
-            count += isHidden ? 1 : 0;
-            quote = byte == quote ? '\0' : quote;
+        if (end != i) {
+            attributes.endTag();
+            i = end - 1;
         } else {
-            quote = byte == '\'' || byte == '"' ? byte : '\0';
-            count += byte == '=' ? 1 : 0;
-            inTag = byte != '>';
-        }
-        if (inTag && count > maximumAttributes) {
-            return tag;
+            tag = i;
+            attributes.startTag(text.substr(i, 3) == "<!E");
         }
     }
-    return text.size();
+    return size;
 }
 
 /// Sets what the program may have changed for all of libxml2 back to what is expected here.
@@ -254,6 +330,7 @@ void configure(xmlParserCtxtPtr context, int options) {
     sax->externalSubset = onExternalSubset;
     sax->resolveEntity = onResolveEntity;
     sax->getEntity = onGetEntity;
+    sax->getParameterEntity = onGetParameterEntity;
     sax->serror = onError;
     xmlCtxtUseOptions(context, (options & XML_PARSE_NOENT) | XML_PARSE_NONET |
                                    XML_PARSE_IGNORE_ENC | XML_PARSE_COMPACT);
