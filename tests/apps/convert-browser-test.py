@@ -33,6 +33,7 @@ element.onerror = () => tell("error");
 element.onload = () => tell(Array.from(element.track.cues).map(cue => ({
     start: cue.startTime, end: cue.endTime, text: cue.getCueAsHTML().textContent,
     bold: Array.from(cue.getCueAsHTML().querySelectorAll("b")).map(node => node.textContent),
+    italic: Array.from(cue.getCueAsHTML().querySelectorAll("i")).map(node => node.textContent),
 })));
 element.track.mode = "showing";
 </script>"""
@@ -81,12 +82,16 @@ class Browser(unittest.TestCase):
         cues = self.converted(source, *options)
         self.assertEqual(
             [(cue["start"], cue["end"], without_marks(cue["text"])) for cue in cues],
-            [(cue["start"] / 1e9, cue["end"] / 1e9, cue["text"]) for cue in told])
+            [(round(cue["start"] / 1e9, 3), round(cue["end"] / 1e9, 3), cue["text"])
+             for cue in told])
         self.assertGreater(len(cues), 0)
 
     def test_the_samples_play(self):
         self.expect_same(pathlib.Path(SAMPLES, "film", "The Harbour.en.sdh.srt"))
         self.expect_same(pathlib.Path(SAMPLES, "film", "The Harbour.ar.srt"))
+        self.expect_same(pathlib.Path(SAMPLES, "film", "The Harbour.it.ass"))
+        self.expect_same(pathlib.Path(SAMPLES, "film", "The Harbour.pl.sub"))
+        self.expect_same(pathlib.Path(SAMPLES, "film", "The Harbour.smi"), "--language", "ko")
 
     def test_odd_text_plays(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -99,6 +104,21 @@ class Browser(unittest.TestCase):
             cues = self.converted(source)
             self.assertEqual(cues[0]["bold"], ["\u200eBold"])
             self.assertEqual(cues[1]["text"], "\u200ea\n\u200e\n\u200eb\n\u200e-->")
+
+    def test_tags_across_each_other_show_more_than_was_marked(self):
+        """The exporter closes what ends and does not open again what goes on: it is meant."""
+        with tempfile.TemporaryDirectory() as folder:
+            source = pathlib.Path(folder, "tags.srt")
+            source.write_text(
+                "1\n00:00:01,000 --> 00:00:02,500\n<b>a<i>b</b>c</i>d\n\n"
+                "2\n00:00:03,000 --> 00:00:04,000\nx<u>y\n\n", encoding="utf-8")
+            self.expect_same(source)
+            cues = [{key: without_marks("|".join(value)) if key in ("bold", "italic") else value
+                     for key, value in cue.items()} for cue in self.converted(source)]
+            # The browser does not let the bold end inside the italic, so it lasts to the end.
+            self.assertEqual(cues[0]["bold"], "abcd")
+            self.assertEqual(cues[0]["italic"], "bc")
+            self.assertEqual(cues[1]["text"], "\u200ex\u200ey")
 
 
 if __name__ == "__main__":

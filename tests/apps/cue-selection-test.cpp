@@ -90,6 +90,13 @@ TEST(CueList, TakesTheRateOfTheFirstEntry) {
     EXPECT_EQ(described(framesOf({{1, 0, " 25.000\n"}, {25, 0}})), "nanoseconds 1000000000-");
 }
 
+// The loader sorts by frame, so that a cue of frame 0 comes first whatever the file's order is.
+TEST(CueList, TakesTheRateBehindCuesOfFrameZero) {
+    EXPECT_EQ(described(framesOf({{0, 5, "x"}, {0, 0, "y"}, {1, 0, "25"}, {10, 10}})),
+              "nanoseconds 0-200000000 0- 400000000-800000000");
+    EXPECT_EQ(described(framesOf({{0, 5, "25"}})), "frames 0-5");
+}
+
 TEST(CueList, LeavesTheRatesEntryOutWhereItIsToldTheRate) {
     EXPECT_EQ(described(framesOf({{1, 0, "25"}, {10, 10}}, tool::FrameRate{50, 1})),
               "nanoseconds 200000000-400000000");
@@ -104,7 +111,7 @@ TEST(CueList, TakesNothingElseForARate) {
     }
     EXPECT_EQ(described(framesOf({{0, 0, "25"}})), "frames 0-");
     EXPECT_EQ(described(framesOf({{1, 1, "25"}})), "frames 1-2");
-    EXPECT_EQ(described(framesOf({{0, 0, "x"}, {1, 0, "25"}})), "frames 0- 1-");
+    EXPECT_EQ(described(framesOf({{1, 0, "x"}, {1, 0, "25"}})), "frames 1- 1-");
     EXPECT_EQ(described(framesOf({})), "frames");
 }
 

@@ -2,6 +2,7 @@
 
 #include "cue-list.h"
 
+#include <algorithm>
 #include <limits>
 #include <string_view>
 #include <utility>
@@ -92,17 +93,19 @@ CueList::CueList(fn::AutoPtr<SubtitleData> loaded, const std::optional<FrameRate
 }
 
 // By habit the first entry of a MicroDVD file names the rate: {1}{1}23.976. It is no cue then, also
-// where somebody knows the rate better.
+// where somebody knows the rate better. Cues of frame 0 have been sorted before it.
 void CueList::takeStatedRate(const std::optional<FrameRate>& givenRate) {
     std::optional<FrameRate> rate = givenRate;
-    if (!entries.empty() && entries.front().start == 1 && !entries.front().end) {
-        const std::string words = plainText(text(entries.front()));
+    const auto first = std::find_if(entries.begin(), entries.end(),
+                                    [](const Cue& entry) { return entry.start > 0; });
+    if (first != entries.end() && first->start == 1 && !first->end) {
+        const std::string words = plainText(text(*first));
         if (const std::string_view number = trimmedBlanks(words); isBareNumber(number)) {
             const std::optional<FrameRate> stated = parseFrameRate(number);
             const bool isRate = stated && isPlausible(*stated);
             refused = isRate ? "" : number;
             rate = rate || !isRate ? rate : stated;
-            entries.erase(entries.begin());
+            entries.erase(first);
         }
     }
     if (rate) {
