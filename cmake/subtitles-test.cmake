@@ -20,7 +20,7 @@ function(subtitles_add_test name)
   add_executable(${name} ${TEST_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/code/libs ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE
-    ${TEST_LIBRARIES} test-support test-main project-options GTest::gmock GTest::gtest)
+    ${TEST_LIBRARIES} test-support test-main test-options GTest::gmock GTest::gtest)
   if("threads" IN_LIST TEST_LABELS)
     add_dependencies(thread-tests ${name})
   endif()

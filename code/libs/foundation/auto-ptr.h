@@ -29,21 +29,21 @@ class AutoPtr {
 public:
     AutoPtr() = default;
     /// Takes over the caller's reference: a new object's count is 1 already.
-    explicit AutoPtr(T* object) : _object(object) {}
-    AutoPtr(const AutoPtr& other) : _object(other._object) {
-        if (_object != nullptr) {
-            AutoPtrTraits<T>::take(_object);
+    explicit AutoPtr(T* object) : pointer(object) {}
+    AutoPtr(const AutoPtr& other) : pointer(other.pointer) {
+        if (pointer != nullptr) {
+            AutoPtrTraits<T>::take(pointer);
         }
     }
-    AutoPtr(AutoPtr&& other) noexcept : _object(std::exchange(other._object, nullptr)) {}
+    AutoPtr(AutoPtr&& other) noexcept : pointer(std::exchange(other.pointer, nullptr)) {}
     ~AutoPtr() { reset(); }
 
     AutoPtr& operator=(const AutoPtr& other) {
         if (this != &other) {
             // The new reference comes first: the old object may own the other pointer.
-            T* const old = std::exchange(_object, other._object);
-            if (_object != nullptr) {
-                AutoPtrTraits<T>::take(_object);
+            T* const old = std::exchange(pointer, other.pointer);
+            if (pointer != nullptr) {
+                AutoPtrTraits<T>::take(pointer);
             }
             if (old != nullptr) {
                 AutoPtrTraits<T>::drop(old);
@@ -53,7 +53,7 @@ public:
     }
     AutoPtr& operator=(AutoPtr&& other) noexcept {
         if (this != &other) {
-            T* const old = std::exchange(_object, std::exchange(other._object, nullptr));
+            T* const old = std::exchange(pointer, std::exchange(other.pointer, nullptr));
             if (old != nullptr) {
                 AutoPtrTraits<T>::drop(old);
             }
@@ -63,33 +63,33 @@ public:
 
     /// Drops the reference and holds nothing.
     void reset() {
-        T* const old = std::exchange(_object, nullptr);
+        T* const old = std::exchange(pointer, nullptr);
         if (old != nullptr) {
             AutoPtrTraits<T>::drop(old);
         }
     }
 
     /// The object, or null. The pointer keeps its reference.
-    T* get() const { return _object; }
+    T* get() const { return pointer; }
     /// Hands the reference over to the caller.
-    T* release() { return std::exchange(_object, nullptr); }
+    T* release() { return std::exchange(pointer, nullptr); }
 
     /// Dereferencing nothing raises `NullPointerException`.
     T& operator*() const {
         checkNull();
-        return *_object;
+        return *pointer;
     }
     T* operator->() const {
         checkNull();
-        return _object;
+        return pointer;
     }
 
-    explicit operator bool() const { return _object != nullptr; }
-    bool operator==(const AutoPtr& other) const { return _object == other._object; }
-    bool operator!=(const AutoPtr& other) const { return _object != other._object; }
+    explicit operator bool() const { return pointer != nullptr; }
+    bool operator==(const AutoPtr& other) const { return pointer == other.pointer; }
+    bool operator!=(const AutoPtr& other) const { return pointer != other.pointer; }
 
     void checkNull() const {
-        if (_object == nullptr) {
+        if (pointer == nullptr) {
             throw NullPointerException(exceptionMessage());
         }
     }
@@ -100,7 +100,7 @@ public:
     }
 
 private:
-    T* _object = nullptr;
+    T* pointer = nullptr;
 };
 
 }  // namespace fn

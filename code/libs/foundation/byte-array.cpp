@@ -10,71 +10,71 @@
 namespace fn {
 
 ByteArray::ByteArray(const ByteArray& other) {
-    append(other._data, other._size);
+    append(other.start, other.used);
 }
 
 ByteArray::ByteArray(ByteArray&& other) noexcept
-    : _block(std::exchange(other._block, nullptr)),
-      _capacity(std::exchange(other._capacity, 0)),
-      _data(std::exchange(other._data, nullptr)),
-      _size(std::exchange(other._size, 0)) {}
+    : allocation(std::exchange(other.allocation, nullptr)),
+      allocationSize(std::exchange(other.allocationSize, 0)),
+      start(std::exchange(other.start, nullptr)),
+      used(std::exchange(other.used, 0)) {}
 
 ByteArray& ByteArray::operator=(const ByteArray& other) {
     if (this != &other) {
         clear();
-        append(other._data, other._size);
+        append(other.start, other.used);
     }
     return *this;
 }
 
 ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
-    std::swap(_block, other._block);
-    std::swap(_capacity, other._capacity);
-    std::swap(_data, other._data);
-    std::swap(_size, other._size);
+    std::swap(allocation, other.allocation);
+    std::swap(allocationSize, other.allocationSize);
+    std::swap(start, other.start);
+    std::swap(used, other.used);
     return *this;
 }
 
 ByteArray::~ByteArray() {
-    std::free(_block);
+    std::free(allocation);
 }
 
 void ByteArray::append(const void* bytes, std::size_t count) {
     if (count == 0) {
         return;
     }
-    if (count > _capacity - _size) {
-        const std::size_t needed = _size + count;
-        reserve(needed < 2 * _capacity ? 2 * _capacity : needed);
+    if (count > allocationSize - used) {
+        const std::size_t needed = used + count;
+        reserve(needed < 2 * allocationSize ? 2 * allocationSize : needed);
     }
-    std::memcpy(_data + _size, bytes, count);
-    _size += count;
+    std::memcpy(start + used, bytes, count);
+    used += count;
 }
 
 void ByteArray::resize(std::size_t size) {
     reserve(size);
-    if (size > _size) {
-        std::memset(_data + _size, 0, size - _size);
+    if (size > used) {
+        std::memset(start + used, 0, size - used);
     }
-    _size = size;
+    used = size;
 }
 
 void ByteArray::reserve(std::size_t capacity) {
-    if (capacity <= _capacity) {
+    if (capacity <= allocationSize) {
         return;
     }
-    void* const block = std::realloc(_block, capacity);
+    void* const block = std::realloc(allocation, capacity);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
-    _block = static_cast<unsigned char*>(block);
-    _data = _block;
-    _capacity = capacity;
+    allocation = static_cast<unsigned char*>(block);
+    start = allocation;
+    allocationSize = capacity;
 }
 
 StringView ByteArray::view() const {
     // A char may look at any bytes.
-    return {reinterpret_cast<const char*>(_data), _size};
+    return {reinterpret_cast<const char*>(start), used};
 }
 
 }  // namespace fn

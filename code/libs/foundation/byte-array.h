@@ -20,25 +20,25 @@ public:
     ~ByteArray();
 
     /// The bytes; null while there are none. Valid until the next change.
-    const unsigned char* data() const { return _data; }
-    unsigned char* data() { return _data; }
-    std::size_t size() const { return _size; }
-    bool empty() const { return _size == 0; }
+    const unsigned char* data() const { return start; }
+    unsigned char* data() { return start; }
+    std::size_t size() const { return used; }
+    bool empty() const { return used == 0; }
 
     void append(const void* bytes, std::size_t count);
     /// Cuts the array, or fills it up with zero bytes.
     void resize(std::size_t size);
     /// Makes room for this many bytes in all.
     void reserve(std::size_t capacity);
-    void clear() { _size = 0; }
+    void clear() { used = 0; }
 
     StringView view() const;
 
 private:
-    unsigned char* _block = nullptr;  ///< Released with `free`.
-    std::size_t _capacity = 0;
-    unsigned char* _data = nullptr;
-    std::size_t _size = 0;
+    unsigned char* allocation = nullptr;  ///< Released with `free`.
+    std::size_t allocationSize = 0;
+    unsigned char* start = nullptr;
+    std::size_t used = 0;
 };
 
 }  // namespace fn

@@ -21,16 +21,16 @@ namespace fn {
 class DirectoryIterator::Iterator::Listing {
 public:
     Listing(const String& path, DirectoryEntry::ResolvePolicy policy)
-        : _path(path), _policy(policy), _directory(open(path)) {}
+        : folder(path), resolvePolicy(policy), handle(open(path)) {}
 
     /// Reads the next entry; false at the end.
     bool next(DirectoryEntry& entry) {
         for (;;) {
             errno = 0;
-            const dirent* const found = ::readdir(_directory.get());
+            const dirent* const found = ::readdir(handle.get());
             if (found == nullptr) {
                 if (errno != 0) {
-                    fail(_path, errno);
+                    fail(folder, errno);
                 }
                 return false;
             }
@@ -64,13 +64,14 @@ private:
 
     void fill(DirectoryEntry& entry, const dirent& found) const {
         entry.name = found.d_name;
-        entry.path = _path;
-        if (!_path.endsWith("/", 1)) {
+        entry.path = folder;
+        if (!folder.endsWith("/", 1)) {
             entry.path += '/';
         }
         entry.path += entry.name;
         const bool isLink = found.d_type == DT_LNK;
-        if (found.d_type == DT_UNKNOWN || (isLink && _policy != DirectoryEntry::ResolveNothing)) {
+        if (found.d_type == DT_UNKNOWN ||
+            (isLink && resolvePolicy != DirectoryEntry::ResolveNothing)) {
             look(entry);
         } else {
             entry.exists = true;
@@ -79,23 +80,22 @@ private:
     }
 
     void look(DirectoryEntry& entry) const {
-        const int flags = _policy == DirectoryEntry::ResolveNothing ? AT_SYMLINK_NOFOLLOW : 0;
+        const int flags = resolvePolicy == DirectoryEntry::ResolveNothing ? AT_SYMLINK_NOFOLLOW : 0;
         struct stat status = {};
-        entry.exists =
-            ::fstatat(::dirfd(_directory.get()), entry.name.c_str(), &status, flags) == 0;
+        entry.exists = ::fstatat(::dirfd(handle.get()), entry.name.c_str(), &status, flags) == 0;
         entry.isDirectory = entry.exists && S_ISDIR(status.st_mode);
     }
 
-    String _path;
-    DirectoryEntry::ResolvePolicy _policy;
-    DirectoryPtr _directory;
+    String folder;
+    DirectoryEntry::ResolvePolicy resolvePolicy;
+    DirectoryPtr handle;
 };
 
 DirectoryIterator::DirectoryIterator(const String& path, DirectoryEntry::ResolvePolicy policy)
-    : _path(path), _policy(policy) {}
+    : folder(path), resolvePolicy(policy) {}
 
 DirectoryIterator::Iterator DirectoryIterator::begin() const {
-    return Iterator(std::make_shared<Iterator::Listing>(_path, _policy));
+    return Iterator(std::make_shared<Iterator::Listing>(folder, resolvePolicy));
 }
 
 DirectoryIterator::Iterator DirectoryIterator::end() const {
@@ -103,13 +103,13 @@ DirectoryIterator::Iterator DirectoryIterator::end() const {
 }
 
 DirectoryIterator::Iterator::Iterator(std::shared_ptr<Listing> listing)
-    : _listing(std::move(listing)) {
+    : entries(std::move(listing)) {
     ++*this;
 }
 
 DirectoryIterator::Iterator& DirectoryIterator::Iterator::operator++() {
-    if (_listing != nullptr && !_listing->next(_entry)) {
-        _listing.reset();
+    if (entries != nullptr && !entries->next(current)) {
+        entries.reset();
     }
     return *this;
 }

@@ -27,8 +27,8 @@ public:
     Iterator end() const;
 
 private:
-    String _path;
-    DirectoryEntry::ResolvePolicy _policy;
+    String folder;
+    DirectoryEntry::ResolvePolicy resolvePolicy;
 };
 
 /// Reads the listing as it goes: copies share one listing, and one of them moves on for all.
@@ -46,14 +46,14 @@ public:
     Iterator() = default;
 
     /// The entry, valid until the iterator moves on.
-    const DirectoryEntry& operator*() const { return _entry; }
-    const DirectoryEntry* operator->() const { return &_entry; }
+    const DirectoryEntry& operator*() const { return current; }
+    const DirectoryEntry* operator->() const { return &current; }
 
     /// Raises `fn::IOException` where the folder cannot be read on.
     Iterator& operator++();
 
     /// True at the end of both listings, and for copies of one iterator.
-    bool operator==(const Iterator& other) const { return _listing == other._listing; }
+    bool operator==(const Iterator& other) const { return entries == other.entries; }
     bool operator!=(const Iterator& other) const { return !(*this == other); }
 
 private:
@@ -62,8 +62,8 @@ private:
 
     explicit Iterator(std::shared_ptr<Listing> listing);
 
-    std::shared_ptr<Listing> _listing;  ///< Null at the end.
-    DirectoryEntry _entry;
+    std::shared_ptr<Listing> entries;  ///< Null at the end.
+    DirectoryEntry current;
 };
 
 }  // namespace fn

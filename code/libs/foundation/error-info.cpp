@@ -14,9 +14,9 @@ ErrorHolder::ErrorHolder(const ErrorHolder& other) {
 
 ErrorHolder& ErrorHolder::operator=(const ErrorHolder& other) {
     if (this != &other) {
-        _entries.clear();
-        for (const auto& [name, info] : other._entries) {
-            _entries[name].reset(info->clone());
+        infos.clear();
+        for (const auto& [name, info] : other.infos) {
+            infos[name].reset(info->clone());
         }
     }
     return *this;

@@ -44,14 +44,14 @@ public:
     /// Stores a copy of `info`; one of the same type that is there already is replaced.
     template <class Info>
     void set(const Info& info) {
-        _entries[String(typeid(Info).name())].reset(info.clone());
+        infos[String(typeid(Info).name())].reset(info.clone());
     }
 
     using Entries = std::map<String, std::unique_ptr<BaseErrorInfo>>;
-    const Entries& entries() const { return _entries; }
+    const Entries& entries() const { return infos; }
 
 private:
-    Entries _entries;
+    Entries infos;
 };
 
 }  // namespace internal
@@ -63,18 +63,18 @@ class ErrorInfo;
 template <>
 class FOUNDATION_EXPORT ErrorInfo<String, internal::DetailTag> : public internal::BaseErrorInfo {
 public:
-    explicit ErrorInfo(String value) : _value(std::move(value)) {}
+    explicit ErrorInfo(String value) : content(std::move(value)) {}
 
     ErrorInfo* clone() const override;
     ~ErrorInfo() override;
     const char* name() const noexcept override { return "Detail"; }
-    String text() const override { return _value; }
+    String text() const override { return content; }
 
     ErrorInfo(const ErrorInfo&) = default;
     ErrorInfo& operator=(const ErrorInfo&) = default;
 
 private:
-    String _value;
+    String content;
 };
 
 }  // namespace fn

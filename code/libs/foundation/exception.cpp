@@ -4,11 +4,11 @@
 
 namespace fn {
 
-Exception::Exception(const String& message, StackTrace) : _message(message) {}
+Exception::Exception(const String& message, StackTrace) : messageText(message) {}
 Exception::~Exception() = default;
 
 const char* Exception::what() const noexcept {
-    return _message.c_str();
+    return messageText.c_str();
 }
 
 #define FOUNDATION_EXCEPTION(Name)                 \

@@ -27,22 +27,22 @@ public:
     const char* what() const noexcept override;
     virtual const char* className() const noexcept = 0;
 
-    const String& displayText() const { return _message; }
+    const String& displayText() const { return messageText; }
 
     /// What was attached to the exception. It is copied along with it.
-    const internal::ErrorHolder& errorInfo() const { return _errorInfo; }
+    const internal::ErrorHolder& errorInfo() const { return holder; }
 
     /// Attaches information: `exception << value.detailInfo()`.
     template <class Info>
     Exception& operator<<(const Info& info) {
-        _errorInfo.set(info);
+        holder.set(info);
         return *this;
     }
 
 private:
-    String _message;
-    internal::ErrorHolder _errorInfo;
-    String _trace;  ///< Room for the stack trace's text.
+    String messageText;
+    internal::ErrorHolder holder;
+    String trace;  ///< Room for the stack trace's text.
 };
 
 #define FOUNDATION_EXCEPTION(Name, Base)                 \

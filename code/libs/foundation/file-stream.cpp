@@ -50,21 +50,21 @@ int openRetrying(const char* path) {
 
 }  // namespace
 
-FileDescriptor::FileDescriptor(int handle, const String& path) : _handle(handle), _path(path) {}
+FileDescriptor::FileDescriptor(int handle, const String& path) : number(handle), filePath(path) {}
 
 FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept
-    : _handle(std::exchange(other._handle, -1)), _path(std::move(other._path)) {}
+    : number(std::exchange(other.number, -1)), filePath(std::move(other.filePath)) {}
 
 FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
-    std::swap(_handle, other._handle);
-    std::swap(_path, other._path);
+    std::swap(number, other.number);
+    std::swap(filePath, other.filePath);
     return *this;
 }
 
 FileDescriptor::~FileDescriptor() {
-    if (_handle >= 0) {
+    if (number >= 0) {
         // Nothing was written, so that there is nothing to learn from the result.
-        ::close(_handle);
+        ::close(number);
     }
 }
 
@@ -74,12 +74,12 @@ FileDescriptor FileDescriptor::read(const String& path) {
         fail("Cannot open", path, "the name holds a NUL byte");
     }
     FileDescriptor descriptor(openRetrying(path.c_str()), path);
-    if (descriptor._handle < 0) {
+    if (descriptor.number < 0) {
         // A socket is the one kind of file that does not open at all.
         fail("Cannot open", path, errno == ENXIO ? String("it is a socket") : textOf(errno));
     }
     struct stat status = {};
-    if (::fstat(descriptor._handle, &status) != 0) {
+    if (::fstat(descriptor.number, &status) != 0) {
         fail("Cannot open", path, textOf(errno));
     }
     if (!S_ISREG(status.st_mode)) {
@@ -88,8 +88,7 @@ FileDescriptor FileDescriptor::read(const String& path) {
     return descriptor;
 }
 
-FileInputStream::FileInputStream(FileDescriptor&& descriptor)
-    : _descriptor(std::move(descriptor)) {}
+FileInputStream::FileInputStream(FileDescriptor&& descriptor) : file(std::move(descriptor)) {}
 
 FileInputStream::~FileInputStream() = default;
 
@@ -98,14 +97,14 @@ unsigned long FileInputStream::tryRead(void* buffer, unsigned long size) {
     // A short read is told as the end of the stream, so the system's own short reads are joined.
     while (total < size) {
         const ssize_t count =
-            ::read(_descriptor.handle(), static_cast<char*>(buffer) + total, size - total);
+            ::read(file.handle(), static_cast<char*>(buffer) + total, size - total);
         if (count == 0) {
             break;
         }
         if (count > 0) {
             total += static_cast<unsigned long>(count);
         } else if (errno != EINTR) {
-            fail("Cannot read", _descriptor.path(), textOf(errno));
+            fail("Cannot read", file.path(), textOf(errno));
         }
     }
     return total;

@@ -24,14 +24,14 @@ public:
     /// blocks.
     static FileDescriptor read(const String& path);
 
-    int handle() const { return _handle; }
-    const String& path() const { return _path; }
+    int handle() const { return number; }
+    const String& path() const { return filePath; }
 
 private:
     FileDescriptor(int handle, const String& path);
 
-    int _handle = -1;
-    String _path;  ///< For the texts of exceptions.
+    int number = -1;
+    String filePath;  ///< For the texts of exceptions.
 };
 
 /// Reads a file from its start.
@@ -45,7 +45,7 @@ public:
     unsigned long tryRead(void* buffer, unsigned long size) override;
 
 private:
-    FileDescriptor _descriptor;
+    FileDescriptor file;
 };
 
 }  // namespace fn

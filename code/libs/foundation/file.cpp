@@ -13,7 +13,7 @@ File::File(const String& path) {
 File::File(const Path& path) : File(path.toString(Path::HostStyle)) {}
 
 void File::setPath(const String& path) {
-    _path = path;
+    filePath = path;
 }
 
 bool File::exists() const {
@@ -22,15 +22,15 @@ bool File::exists() const {
 
 DirectoryEntry File::info(DirectoryEntry::ResolvePolicy policy) const {
     DirectoryEntry entry;
-    entry.name = Path::parsePath(_path).fileName();
-    entry.path = _path;
+    entry.name = Path::parsePath(filePath).fileName();
+    entry.path = filePath;
     // The system would look at the part before a NUL, which is another path.
-    if (_path.find('\0') != String::npos) {
+    if (filePath.find('\0') != String::npos) {
         return entry;
     }
     struct stat status = {};
-    const int result = policy == DirectoryEntry::ResolveNothing ? ::lstat(_path.c_str(), &status)
-                                                                : ::stat(_path.c_str(), &status);
+    const int result = policy == DirectoryEntry::ResolveNothing ? ::lstat(filePath.c_str(), &status)
+                                                                : ::stat(filePath.c_str(), &status);
     entry.exists = result == 0;
     entry.isDirectory = entry.exists && S_ISDIR(status.st_mode);
     return entry;

@@ -31,7 +31,7 @@ public:
     explicit File(const Path& path);
 
     void setPath(const String& path);
-    const String& path() const { return _path; }
+    const String& path() const { return filePath; }
 
     /// True where something stands at the path; a symbolic link that leads nowhere is nothing.
     bool exists() const;
@@ -41,7 +41,7 @@ public:
     DirectoryEntry info(DirectoryEntry::ResolvePolicy policy) const;
 
 private:
-    String _path;
+    String filePath;
 };
 
 }  // namespace fn

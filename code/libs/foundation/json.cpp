@@ -93,36 +93,36 @@ String restoreBytes(const std::string& text) {
 
 class Writer {
 public:
-    explicit Writer(bool indented) : _indented(indented) {}
+    explicit Writer(bool indented) : isIndented(indented) {}
 
     void write(const Value& value) {
         switch (value.type()) {
-            case Value::NilType: _text.append("null"); return;
+            case Value::NilType: output.append("null"); return;
             case Value::BoolType:
             case Value::IntegerType:
-            case Value::UnsignedType: _text.append(value.asString()); return;
+            case Value::UnsignedType: output.append(value.asString()); return;
             case Value::DoubleType: writeDouble(value.asNumber<double>()); return;
-            case Value::StringType: appendString(_text, value.asString()); return;
+            case Value::StringType: appendString(output, value.asString()); return;
             case Value::ListType: writeList(value.list()); return;
             case Value::MapType: writeMap(value.map()); return;
         }
     }
 
-    const String& text() const { return _text; }
+    const String& text() const { return output; }
 
 private:
     void writeDouble(double number) {
         if (!std::isfinite(number)) {
-            _text.append("null");
+            output.append("null");
             return;
         }
         char digits[32];
         const char* const end = std::to_chars(digits, digits + sizeof(digits), number).ptr;
         const StringView text(digits, static_cast<std::size_t>(end - digits));
-        _text.append(text);
+        output.append(text);
         // Without a fraction it would come back as an integer.
         if (text.find_first_of(".e") == StringView::npos) {
-            _text.append(".0");
+            output.append(".0");
         }
     }
 
@@ -139,44 +139,44 @@ private:
         open('{');
         for (auto entry = map.begin(); entry != map.end(); ++entry) {
             separate(entry == map.begin());
-            appendString(_text, entry->first.asString());
-            _text.append(_indented ? ": " : ":");
+            appendString(output, entry->first.asString());
+            output.append(isIndented ? ": " : ":");
             write(entry->second);
         }
         close('}', map.empty());
     }
 
     void open(char bracket) {
-        if (++_depth > maximumDepth) {
+        if (++depth > maximumDepth) {
             failTooDeep({});
         }
-        _text.append(1, bracket);
+        output.append(1, bracket);
     }
 
     void separate(bool isFirst) {
         if (!isFirst) {
-            _text.append(",");
+            output.append(",");
         }
         breakLine();
     }
 
     void close(char bracket, bool isEmpty) {
-        --_depth;
+        --depth;
         if (!isEmpty) {
             breakLine();
         }
-        _text.append(1, bracket);
+        output.append(1, bracket);
     }
 
     void breakLine() {
-        if (_indented) {
-            _text.append("\n").append(static_cast<std::size_t>(_depth) * 2, ' ');
+        if (isIndented) {
+            output.append("\n").append(static_cast<std::size_t>(depth) * 2, ' ');
         }
     }
 
-    bool _indented;
-    int _depth = 0;
-    String _text;
+    bool isIndented;
+    int depth = 0;
+    String output;
 };
 
 /// What is wrong with a text, without the parser's own numbering and without the text read so far,
@@ -193,9 +193,9 @@ String reasonOf(const nlohmann::json::exception& error) {
 /// process's, so that the depth is counted here.
 class Builder : public nlohmann::json_sax<nlohmann::json> {
 public:
-    explicit Builder(String source) : _source(std::move(source)) {}
+    explicit Builder(String source) : errorPrefix(std::move(source)) {}
 
-    Value take() { return std::move(_root); }
+    Value take() { return std::move(root); }
 
     bool null() override { return add(Value()); }
     bool boolean(bool value) override { return add(value); }
@@ -215,7 +215,7 @@ public:
         return true;
     }
     bool key(string_t& text) override {
-        _key = restoreBytes(text);
+        currentKey = restoreBytes(text);
         return true;
     }
     bool end_object() override { return close(); }
@@ -227,21 +227,21 @@ public:
 
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
                      const nlohmann::json::exception& error) override {
-        throw DataFormatException(_source + "Malformed JSON: " + reasonOf(error));
+        throw DataFormatException(errorPrefix + "Malformed JSON: " + reasonOf(error));
     }
 
 private:
     /// Puts the value where the text stands.
     Value& place(Value&& value) {
-        if (_open.empty()) {
-            return _root = std::move(value);
+        if (openValues.empty()) {
+            return root = std::move(value);
         }
-        Value& container = *_open.back();
+        Value& container = *openValues.back();
         if (container.is(Value::ListType)) {
             container.list().push_back(std::move(value));
             return container.list().back();
         }
-        return container.map()[std::move(_key)] = std::move(value);
+        return container.map()[std::move(currentKey)] = std::move(value);
     }
 
     bool add(Value&& value) {
@@ -250,23 +250,23 @@ private:
     }
 
     Value& open() {
-        if (_open.size() == maximumDepth) {
-            failTooDeep(_source);
+        if (openValues.size() == maximumDepth) {
+            failTooDeep(errorPrefix);
         }
         // The place stays where it is while it is open: nothing is added beside it.
-        _open.push_back(&place(Value()));
-        return *_open.back();
+        openValues.push_back(&place(Value()));
+        return *openValues.back();
     }
 
     bool close() {
-        _open.pop_back();
+        openValues.pop_back();
         return true;
     }
 
-    String _source;  ///< The start of every exception's text.
-    Value _root;
-    std::vector<Value*> _open;
-    String _key;
+    String errorPrefix;  ///< The start of every exception's text.
+    Value root;
+    std::vector<Value*> openValues;
+    String currentKey;
 };
 
 }  // namespace

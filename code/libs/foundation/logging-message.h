@@ -106,15 +106,15 @@ public:
                 const Tag& objectTag, String format, Args... args)
         : Message(messagePriority, fileName, lineNumber, functionName, signature, loggingObject,
                   objectTag),
-          _format(std::move(format)),
-          _args(std::forward<Args>(args)...) {}
+          formatText(std::move(format)),
+          arguments(std::forward<Args>(args)...) {}
 
-    String text() const override { return FormatterType::format(_format, _args); }
+    String text() const override { return FormatterType::format(formatText, arguments); }
     MessageImpl* clone() const override { return new MessageImpl(*this); }
 
 private:
-    String _format;
-    std::tuple<Args...> _args;  ///< As they were passed: references stay references.
+    String formatText;
+    std::tuple<Args...> arguments;  ///< As they were passed: references stay references.
 };
 
 }  // namespace internal

@@ -32,7 +32,7 @@ Message::~Message() = default;
 Sink::~Sink() = default;
 
 void Category::log(const Message& message) const {
-    Sink* const sink = _sink.load(std::memory_order_acquire);
+    Sink* const sink = currentSink.load(std::memory_order_acquire);
     if (sink != nullptr && sink->wants(message.priority)) {
         sink->write(message);
     }
@@ -42,8 +42,9 @@ struct CategoryManager::State {
     /// Gives the category the sink that the factory in force makes for it. The sink stays alive.
     void connect(Category& category) {
         const SinkFactory& makeSink = factory != nullptr ? factory : defaultFactory;
-        std::unique_ptr<Sink> sink = makeSink != nullptr ? makeSink(category._name) : nullptr;
-        category._sink.store(sink.get(), std::memory_order_release);
+        std::unique_ptr<Sink> sink =
+            makeSink != nullptr ? makeSink(category.categoryName) : nullptr;
+        category.currentSink.store(sink.get(), std::memory_order_release);
         if (sink != nullptr) {
             sinks.push_back(std::move(sink));
         }
@@ -62,7 +63,7 @@ struct CategoryManager::State {
     SinkFactory defaultFactory;
 };
 
-CategoryManager::CategoryManager() : _state(std::make_unique<State>()) {}
+CategoryManager::CategoryManager() : state(std::make_unique<State>()) {}
 CategoryManager::~CategoryManager() = default;
 
 CategoryManager& CategoryManager::instance() {
@@ -72,26 +73,26 @@ CategoryManager& CategoryManager::instance() {
 }
 
 Category* CategoryManager::getCategory(const String& name) {
-    const std::lock_guard<std::mutex> lock(_state->mutex);
-    std::unique_ptr<Category>& category = _state->categories[name];
+    const std::lock_guard<std::mutex> lock(state->mutex);
+    std::unique_ptr<Category>& category = state->categories[name];
     if (category == nullptr) {
         category = std::make_unique<Category>(name);
-        _state->connect(*category);
+        state->connect(*category);
     }
     return category.get();
 }
 
 void CategoryManager::setSinkFactory(SinkFactory factory) {
-    const std::lock_guard<std::mutex> lock(_state->mutex);
-    _state->factory = std::move(factory);
-    _state->connectAll();
+    const std::lock_guard<std::mutex> lock(state->mutex);
+    state->factory = std::move(factory);
+    state->connectAll();
 }
 
 void CategoryManager::setDefaultSinkFactory(SinkFactory factory) {
-    const std::lock_guard<std::mutex> lock(_state->mutex);
-    _state->defaultFactory = std::move(factory);
-    if (_state->factory == nullptr) {
-        _state->connectAll();
+    const std::lock_guard<std::mutex> lock(state->mutex);
+    state->defaultFactory = std::move(factory);
+    if (state->factory == nullptr) {
+        state->connectAll();
     }
 }
 

@@ -35,11 +35,11 @@ public:
 /// A named stream of messages; lives as long as the process.
 class FOUNDATION_EXPORT Category {
 public:
-    explicit Category(String name) : _name(std::move(name)) {}
+    explicit Category(String name) : categoryName(std::move(name)) {}
     Category(const Category&) = delete;
     Category& operator=(const Category&) = delete;
 
-    const String& name() const { return _name; }
+    const String& name() const { return categoryName; }
 
     /// Delivers the message, or drops it before its text is made where there is no sink or the
     /// sink does not want its priority. Keeps no reference to it. Safe from any thread.
@@ -48,8 +48,8 @@ public:
 private:
     friend class CategoryManager;
 
-    String _name;
-    std::atomic<Sink*> _sink{nullptr};
+    String categoryName;
+    std::atomic<Sink*> currentSink{nullptr};
 };
 
 /// Makes categories and gives them their sinks. All operations are safe from any thread.
@@ -82,7 +82,7 @@ private:
     CategoryManager();
     ~CategoryManager();
 
-    std::unique_ptr<State> _state;
+    std::unique_ptr<State> state;
 };
 
 namespace internal {

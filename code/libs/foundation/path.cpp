@@ -58,29 +58,29 @@ Path Path::parsePath(const String& text, Style /*style*/) {
 }
 
 String Path::toString(Style /*style*/) const {
-    return _text;
+    return pathText;
 }
 
 Path Path::toAbsolute() const {
     String text;
-    if (_text.empty() || _text.front() != '/') {
+    if (pathText.empty() || pathText.front() != '/') {
         appendComponents(text, workingFolder());
     }
-    appendComponents(text, _text);
+    appendComponents(text, pathText);
     return Path(text.empty() ? String("/") : text);
 }
 
 String Path::fileName() const {
-    return String(std::string(lastComponent(_text)));
+    return String(std::string(lastComponent(pathText)));
 }
 
 String Path::baseName() const {
-    const StringView name = lastComponent(_text);
+    const StringView name = lastComponent(pathText);
     return String(std::string(name.substr(0, extensionStart(name))));
 }
 
 String Path::extension() const {
-    const StringView name = lastComponent(_text);
+    const StringView name = lastComponent(pathText);
     const std::size_t dot = extensionStart(name);
     return dot == name.size() ? String() : String(std::string(name.substr(dot + 1)));
 }

@@ -41,9 +41,9 @@ public:
     String extension() const;
 
 private:
-    explicit Path(String text) : _text(std::move(text)) {}
+    explicit Path(String text) : pathText(std::move(text)) {}
 
-    String _text;
+    String pathText;
 };
 
 }  // namespace fn

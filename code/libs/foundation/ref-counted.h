@@ -20,11 +20,11 @@ public:
     RefCountedBase(const RefCountedBase&) = delete;
     RefCountedBase& operator=(const RefCountedBase&) = delete;
 
-    void addReference() { _references.fetch_add(1, std::memory_order_relaxed); }
+    void addReference() { references.fetch_add(1, std::memory_order_relaxed); }
 
     /// Drops one reference, and the object with the last one.
     void releaseReference() {
-        if (_references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        if (references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
             deleteInstance();
         }
     }
@@ -33,7 +33,7 @@ protected:
     RefCountedBase() = default;
 
 private:
-    std::atomic<int> _references{1};
+    std::atomic<int> references{1};
 };
 
 class FOUNDATION_EXPORT RefCountedObject : public RefCountedBase, public Object {

@@ -114,11 +114,11 @@ namespace {
 class Search {
 public:
     Search(const pcre2_code* code, const String& subject, std::uint32_t options)
-        : _code(code),
-          _subject(subject),
-          _options(options),
-          _data(pcre2_match_data_create_from_pattern(code, nullptr)) {
-        if (_data == nullptr) {
+        : program(code),
+          searched(subject),
+          baseOptions(options),
+          matchData(pcre2_match_data_create_from_pattern(code, nullptr)) {
+        if (matchData == nullptr) {
             throw RuntimeException("Out of memory for a pattern's match");
         }
     }
@@ -126,7 +126,7 @@ public:
     /// Looks for the next match at or behind `start`. With `nonEmptyAtStart` one that starts there
     /// must not be empty.
     bool find(std::size_t start, bool nonEmptyAtStart = false) {
-        const std::uint32_t options = _options | (nonEmptyAtStart ? PCRE2_NOTEMPTY_ATSTART : 0U);
+        const std::uint32_t options = baseOptions | (nonEmptyAtStart ? PCRE2_NOTEMPTY_ATSTART : 0U);
         int result = run(start, options);
         if (result == PCRE2_ERROR_JIT_STACKLIMIT) {
             // The compiled code works on a small fixed stack, the interpreter on the heap.
@@ -138,22 +138,22 @@ public:
         return result >= 0;
     }
 
-    std::size_t groupCount() const { return pcre2_get_ovector_count(_data.get()); }
+    std::size_t groupCount() const { return pcre2_get_ovector_count(matchData.get()); }
     /// Both are `PCRE2_UNSET` for a group that took no part.
     std::size_t begin(std::size_t group) const { return offsets()[2 * group]; }
     std::size_t end(std::size_t group) const { return offsets()[2 * group + 1]; }
 
 private:
     int run(std::size_t start, std::uint32_t options) {
-        return pcre2_match(_code, units(_subject.data()), _subject.size(), start, options,
-                           _data.get(), nullptr);
+        return pcre2_match(program, units(searched.data()), searched.size(), start, options,
+                           matchData.get(), nullptr);
     }
-    const PCRE2_SIZE* offsets() const { return pcre2_get_ovector_pointer(_data.get()); }
+    const PCRE2_SIZE* offsets() const { return pcre2_get_ovector_pointer(matchData.get()); }
 
-    const pcre2_code* _code;
-    const String& _subject;
-    std::uint32_t _options;
-    MatchDataPtr _data;
+    const pcre2_code* program;
+    const String& searched;
+    std::uint32_t baseOptions;
+    MatchDataPtr matchData;
 };
 
 /// The options for searching this subject, once it is known to be sound.
@@ -172,15 +172,15 @@ std::uint32_t searchOptions(bool isUTF8, const String& subject, std::size_t star
 }  // namespace
 
 RegularExpression::RegularExpression(const String& pattern, Options options)
-    : _code(std::make_unique<Code>(pattern, pcreOptions(options))) {}
+    : program(std::make_unique<Code>(pattern, pcreOptions(options))) {}
 RegularExpression::RegularExpression(RegularExpression&&) noexcept = default;
 RegularExpression& RegularExpression::operator=(RegularExpression&&) noexcept = default;
 RegularExpression::~RegularExpression() = default;
 
 int RegularExpression::match(const String& subject, unsigned long start,
                              std::vector<Match>& matches, Options options) const {
-    const std::uint32_t bits = searchOptions(_code->isUTF8, subject, start, options);
-    Search search(_code->code.get(), subject, bits);
+    const std::uint32_t bits = searchOptions(program->isUTF8, subject, start, options);
+    Search search(program->code.get(), subject, bits);
     if (start > subject.size() || !search.find(start)) {
         matches.clear();
         return 0;
@@ -191,15 +191,15 @@ int RegularExpression::match(const String& subject, unsigned long start,
         const bool tookPart = search.begin(group) != PCRE2_UNSET;
         match.offset = tookPart ? search.begin(group) : 0;
         match.length = tookPart ? search.end(group) - search.begin(group) : 0;
-        match.name = _code->names.empty() ? String() : _code->names[group];
+        match.name = program->names.empty() ? String() : program->names[group];
     }
     return static_cast<int>(matches.size());
 }
 
 int RegularExpression::subst(String& subject, unsigned long start, const String& replacement,
                              Options options) const {
-    const std::uint32_t bits = searchOptions(_code->isUTF8, subject, start, options);
-    Search search(_code->code.get(), subject, bits);
+    const std::uint32_t bits = searchOptions(program->isUTF8, subject, start, options);
+    Search search(program->code.get(), subject, bits);
     if (start > subject.size() || !search.find(start)) {
         return 0;
     }

@@ -49,7 +49,7 @@ public:
 
 private:
     struct Code;
-    std::unique_ptr<Code> _code;
+    std::unique_ptr<Code> program;
 };
 
 }  // namespace fn

@@ -18,53 +18,53 @@ constexpr std::size_t blockSize = 64 * 1024;
 bool StreamReader::fill() {
     // What was handed out goes first; a buffer that holds the start of a long line only grows. The
     // old buffer stands until the stream has answered: it may raise.
-    String next(_buffer, _position);
+    String next(buffer, position);
     const std::size_t kept = next.size();
     next.resize(kept + std::max(blockSize, kept));
-    const unsigned long count = _stream->tryRead(&next[kept], next.size() - kept);
+    const unsigned long count = source->tryRead(&next[kept], next.size() - kept);
     next.resize(kept + count);
-    _buffer.swap(next);
-    _position = 0;
+    buffer.swap(next);
+    position = 0;
     return count != 0;
 }
 
 std::experimental::optional<String> StreamReader::readLine() {
     std::size_t searched = 0;
-    std::size_t end = _buffer.find('\n', _position);
+    std::size_t end = buffer.find('\n', position);
     while (end == String::npos) {
-        searched = _buffer.size() - _position;
+        searched = buffer.size() - position;
         if (!fill()) {
             break;
         }
-        end = _buffer.find('\n', searched);
+        end = buffer.find('\n', searched);
     }
     const bool last = end == String::npos;
     if (last) {
-        end = _buffer.size();
-        if (end == _position) {
+        end = buffer.size();
+        if (end == position) {
             return {};
         }
     }
-    std::size_t size = end - _position;
-    if (!last && size != 0 && _buffer[end - 1] == '\r') {
+    std::size_t size = end - position;
+    if (!last && size != 0 && buffer[end - 1] == '\r') {
         --size;
     }
-    String line(_buffer.data() + _position, size);
-    _position = last ? end : end + 1;
+    String line(buffer.data() + position, size);
+    position = last ? end : end + 1;
     return line;
 }
 
 void StreamReader::readEverything(ByteArray& bytes, unsigned long limit) {
     bytes.clear();
-    const std::size_t buffered = std::min<std::size_t>(limit, _buffer.size() - _position);
-    bytes.append(_buffer.data() + _position, buffered);
-    _position += buffered;
+    const std::size_t buffered = std::min<std::size_t>(limit, buffer.size() - position);
+    bytes.append(buffer.data() + position, buffered);
+    position += buffered;
     std::size_t wanted = blockSize;
     while (bytes.size() < limit) {
         const std::size_t kept = bytes.size();
         wanted = std::min<std::size_t>(wanted, limit - kept);
         bytes.resize(kept + wanted);
-        const unsigned long count = _stream->tryRead(bytes.data() + kept, wanted);
+        const unsigned long count = source->tryRead(bytes.data() + kept, wanted);
         bytes.resize(kept + count);
         if (count < wanted) {
             return;

@@ -14,7 +14,7 @@ namespace fn {
 /// Reads lines, or all there is, from a stream that it does not own and that must outlive it.
 class FOUNDATION_EXPORT StreamReader {
 public:
-    explicit StreamReader(InputStream* stream) : _stream(stream) {}
+    explicit StreamReader(InputStream* stream) : source(stream) {}
 
     /// The next line without its end, nothing behind the last one. A line ends at LF, and one CR
     /// directly before it goes with it; a lone CR is an ordinary byte. The last line needs no LF.
@@ -28,9 +28,9 @@ public:
 private:
     bool fill();
 
-    String _buffer;  ///< Read ahead of `readLine`.
-    InputStream* _stream;
-    std::size_t _position = 0;  ///< Where the next line starts in the buffer.
+    String buffer;  ///< Read ahead of `readLine`.
+    InputStream* source;
+    std::size_t position = 0;  ///< Where the next line starts in the buffer.
 };
 
 }  // namespace fn

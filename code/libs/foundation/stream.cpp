@@ -13,16 +13,16 @@ MemoryInputStream::~MemoryInputStream() = default;
 ByteArrayOutputStream::~ByteArrayOutputStream() = default;
 
 unsigned long MemoryInputStream::tryRead(void* buffer, unsigned long size) {
-    const std::size_t count = std::min<std::size_t>(size, _rest.size());
+    const std::size_t count = std::min<std::size_t>(size, unread.size());
     if (count != 0) {
-        std::memcpy(buffer, _rest.data(), count);
+        std::memcpy(buffer, unread.data(), count);
         skip(count);
     }
     return count;
 }
 
 void ByteArrayOutputStream::write(const void* bytes, unsigned long size) {
-    _bytes.append(bytes, size);
+    content.append(bytes, size);
 }
 
 }  // namespace fn

@@ -37,17 +37,17 @@ public:
 /// Reads a text in memory without copying it; the text must outlive the stream.
 class FOUNDATION_EXPORT MemoryInputStream : public InputStream {
 public:
-    explicit MemoryInputStream(StringView text) : _rest(text) {}
+    explicit MemoryInputStream(StringView text) : unread(text) {}
     ~MemoryInputStream() override;
 
     unsigned long tryRead(void* buffer, unsigned long size) override;
 
     /// What has not been read yet; `skip` passes over its first bytes.
-    StringView rest() const { return _rest; }
-    void skip(std::size_t size) { _rest.remove_prefix(size); }
+    StringView rest() const { return unread; }
+    void skip(std::size_t size) { unread.remove_prefix(size); }
 
 private:
-    StringView _rest;
+    StringView unread;
 };
 
 /// Collects what is written.
@@ -58,10 +58,10 @@ public:
 
     void write(const void* bytes, unsigned long size) override;
 
-    const ByteArray& byteArray() const { return _bytes; }
+    const ByteArray& byteArray() const { return content; }
 
 private:
-    ByteArray _bytes;
+    ByteArray content;
 };
 
 }  // namespace fn

@@ -31,16 +31,16 @@ bool isPlainName(const String& name) {
 class Converter {
 public:
     explicit Converter(const String& from)
-        : _handle(isPlainName(from) ? ::iconv_open("UTF-8", from.c_str()) : invalid()) {}
+        : converter(isPlainName(from) ? ::iconv_open("UTF-8", from.c_str()) : invalid()) {}
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
     ~Converter() {
         if (isOpen()) {
-            ::iconv_close(_handle);
+            ::iconv_close(converter);
         }
     }
 
-    bool isOpen() const { return _handle != invalid(); }
+    bool isOpen() const { return converter != invalid(); }
 
     /// Converts as far as it goes, appends the result, and says why it stopped: 0 where nothing is
     /// left of the input.
@@ -48,22 +48,22 @@ public:
         // The converter's interface predates const; it does not write to its input.
         char* from = const_cast<char*>(in.data());
         std::size_t fromSize = in.size();
-        char* to = _block.data();
-        std::size_t toSize = _block.size();
-        const std::size_t result = ::iconv(_handle, &from, &fromSize, &to, &toSize);
+        char* to = block.data();
+        std::size_t toSize = block.size();
+        const std::size_t result = ::iconv(converter, &from, &fromSize, &to, &toSize);
         const int stopped = result == static_cast<std::size_t>(-1) ? errno : 0;
-        text.append(_block.data(), _block.size() - toSize);
+        text.append(block.data(), block.size() - toSize);
         in.remove_prefix(in.size() - fromSize);
         return stopped;
     }
 
     /// Appends what the converter has held back.
     void flush(String& text) {
-        char* to = _block.data();
-        std::size_t toSize = _block.size();
+        char* to = block.data();
+        std::size_t toSize = block.size();
         // All bytes are in, so that nothing is left that could fail.
-        ::iconv(_handle, nullptr, nullptr, &to, &toSize);
-        text.append(_block.data(), _block.size() - toSize);
+        ::iconv(converter, nullptr, nullptr, &to, &toSize);
+        text.append(block.data(), block.size() - toSize);
     }
 
 private:
@@ -71,8 +71,8 @@ private:
         return reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr): its own value
     }
 
-    iconv_t _handle;
-    std::vector<char> _block = std::vector<char>(64 * 1024);
+    iconv_t converter;
+    std::vector<char> block = std::vector<char>(64 * 1024);
 };
 
 /// The bytes of one code unit. A bad one is passed over whole, or all behind it would be read

@@ -22,26 +22,26 @@ utf8::Sequence decodeOrThrow(const char* position, const char* end) {
 }  // namespace
 
 UTF8Iterator::UTF8Iterator(const char* position, const char* rangeStart, const char* rangeEnd)
-    : _position(position), _rangeStart(rangeStart), _rangeEnd(rangeEnd) {
+    : current(position), first(rangeStart), last(rangeEnd) {
     update();
 }
 
 void UTF8Iterator::update() const {
-    _codePoint = _position == _rangeEnd ? 0 : decodeOrThrow(_position, _rangeEnd).codePoint;
+    decoded = current == last ? 0 : decodeOrThrow(current, last).codePoint;
 }
 
 UTF8Iterator& UTF8Iterator::operator++() {
-    if (_position != _rangeEnd) {
-        _position += decodeOrThrow(_position, _rangeEnd).size;
+    if (current != last) {
+        current += decodeOrThrow(current, last).size;
     }
     return *this;
 }
 
 bool UTF8Iterator::operator==(const UTF8Iterator& other) const {
-    if (_rangeStart != other._rangeStart || _rangeEnd != other._rangeEnd) {
+    if (first != other.first || last != other.last) {
         throw std::logic_error("Comparing utf-8 iterators defined with different ranges");
     }
-    return _position == other._position;
+    return current == other.current;
 }
 
 }  // namespace fn

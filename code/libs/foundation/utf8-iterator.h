@@ -24,21 +24,21 @@ public:
 
     std::uint32_t operator*() const {
         update();
-        return _codePoint;
+        return decoded;
     }
 
     /// Where the iterator stands.
-    const char* position() const { return _position; }
+    const char* position() const { return current; }
 
     /// Compares the positions. Iterators over different ranges raise `std::logic_error`.
     bool operator==(const UTF8Iterator& other) const;
     bool operator!=(const UTF8Iterator& other) const { return !(*this == other); }
 
 private:
-    const char* _position;
-    const char* _rangeStart;
-    const char* _rangeEnd;
-    mutable std::uint32_t _codePoint = 0;
+    const char* current;
+    const char* first;
+    const char* last;
+    mutable std::uint32_t decoded = 0;
 };
 
 }  // namespace fn

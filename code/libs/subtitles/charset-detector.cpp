@@ -21,43 +21,43 @@ class CharsetDetectorImpl {
 public:
     void pushData(const char* data, std::uint32_t size) {
         for (std::uint32_t i = 0; i < size; ++i) {
-            _score += frequencies[static_cast<unsigned char>(data[i])];
+            totalScore += frequencies[static_cast<unsigned char>(data[i])];
         }
         // Fails for want of memory alone; the text then has no answer, or an earlier one.
-        uchardet_handle_data(_detector.get(), data, size);
+        uchardet_handle_data(detector.get(), data, size);
     }
 
     void done() {
-        uchardet_data_end(_detector.get());
-        _charset = charsetName(uchardet_get_charset(_detector.get()), _score);
+        uchardet_data_end(detector.get());
+        detected = charsetName(uchardet_get_charset(detector.get()), totalScore);
     }
 
-    const fn::String& charset() const { return _charset; }
+    const fn::String& charset() const { return detected; }
 
 private:
     struct Delete {
         void operator()(uchardet_t detector) const { uchardet_delete(detector); }
     };
 
-    std::unique_ptr<std::remove_pointer_t<uchardet_t>, Delete> _detector{uchardet_new()};
-    fn::String _charset;
-    std::int64_t _score = 0;  ///< Goes on growing when the detector has made up its mind.
+    std::unique_ptr<std::remove_pointer_t<uchardet_t>, Delete> detector{uchardet_new()};
+    fn::String detected;
+    std::int64_t totalScore = 0;  ///< Goes on growing when the detector has made up its mind.
 };
 
-CharsetDetector::CharsetDetector() : _impl(std::make_unique<CharsetDetectorImpl>()) {}
+CharsetDetector::CharsetDetector() : impl(std::make_unique<CharsetDetectorImpl>()) {}
 
 CharsetDetector::~CharsetDetector() = default;
 
 void CharsetDetector::pushData(const void* data, unsigned long size) {
-    _impl->pushData(static_cast<const char*>(data), static_cast<std::uint32_t>(size));
+    impl->pushData(static_cast<const char*>(data), static_cast<std::uint32_t>(size));
 }
 
 void CharsetDetector::done() {
-    _impl->done();
+    impl->done();
 }
 
 const fn::String& CharsetDetector::detectedCharset() const {
-    return _impl->charset();
+    return impl->charset();
 }
 
 fn::String CharsetDetector::detectFileCharset(const char* path, unsigned long maxBytes) {

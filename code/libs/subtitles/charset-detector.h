@@ -43,7 +43,7 @@ public:
     static fn::String detectFileCharset(const char* path, unsigned long maxBytes);
 
 private:
-    std::unique_ptr<CharsetDetectorImpl> _impl;
+    std::unique_ptr<CharsetDetectorImpl> impl;
 };
 
 }  // namespace subtitles

@@ -215,7 +215,7 @@ public:
         if (!isValidTag(name) || reader.isEmptyElement()) {
             return;
         }
-        _stack.pushAttributes(attributesForTag(name, reader, _stack.cummulativeAttributes()));
+        stack.pushAttributes(attributesForTag(name, reader, stack.cummulativeAttributes()));
         breakRun();
     }
 
@@ -223,33 +223,33 @@ public:
         if (!isValidTag(name)) {
             return;
         }
-        _stack.popAttributes();
+        stack.popAttributes();
         breakRun();
     }
 
-    void append(const fn::String& value) { _run.text += value; }
+    void append(const fn::String& value) { run.text += value; }
 
     AttributedText finish() {
         flush();
-        return std::move(_runs);
+        return std::move(runs);
     }
 
 private:
     void flush() {
-        if (!_run.text.empty()) {
-            _runs.push_back(std::move(_run));
+        if (!run.text.empty()) {
+            runs.push_back(std::move(run));
         }
     }
 
     void breakRun() {
         flush();
-        _run = AttributedText::Run();
-        _run.attributes = _stack.cummulativeAttributes();
+        run = AttributedText::Run();
+        run.attributes = stack.cummulativeAttributes();
     }
 
-    AttributedText _runs;
-    AttributedText::Run _run;
-    TextAttributesStack _stack;
+    AttributedText runs;
+    AttributedText::Run run;
+    TextAttributesStack stack;
 };
 
 }  // namespace

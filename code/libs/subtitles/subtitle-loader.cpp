@@ -25,8 +25,9 @@ std::list<SubtitleLoader*> SubtitleLoader::createDefaultLoaders() {
 }
 
 std::list<SubtitleLoader*> SubtitleLoader::getAllLoaders() {
-    // The objects are never deleted: a thread may still be loading when the process ends.
-    static const std::list<SubtitleLoader*> loaders = createDefaultLoaders();
+    // Neither the objects nor the list is ever deleted: a thread may still be loading when the
+    // process ends.
+    static const auto& loaders = *new std::list<SubtitleLoader*>(createDefaultLoaders());
     return loaders;
 }
 
