@@ -120,9 +120,10 @@ TEST(StringWithEncoding, LongTextsCrossTheConvertersBlocks) {
     EXPECT_EQ(decode("x" + bytes, "CP949"), "x" + expected);
 }
 
-TEST(StringWithEncoding, EightMebibytesOfBadBytes) {
-    const String text = decode(std::string(8 << 20, '\xFF'), "CP949");
-    EXPECT_EQ(text.size(), std::size_t{24} << 20);
+TEST(StringWithEncoding, AMebibyteOfBadBytes) {
+    // No more, since the address sanitizer looks at all that is left for each of them.
+    const String text = decode(std::string(1 << 20, '\xFF'), "CP949");
+    EXPECT_EQ(text.size(), std::size_t{3} << 20);
 }
 
 TEST(StringWithEncoding, EveryEncodingEndsOnEveryByte) {
