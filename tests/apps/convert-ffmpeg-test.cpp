@@ -16,6 +16,7 @@ extern "C" {
 #include <gtest/gtest.h>
 
 #include "tests/apps/run-tool.h"
+#include "tests/apps/told-cues.h"
 #include "tests/support/temporary-folder.h"
 
 namespace {
@@ -108,6 +109,18 @@ TEST_F(ConvertForFFmpeg, HasTheSameCuesTimesAndText) {
                                      "\\h",
                                      "360000000+9999 "
                                      "late"));
+}
+
+TEST_F(ConvertForFFmpeg, HasTheCuesOfSamplesOfEveryFormat) {
+    for (const std::vector<std::string>& sample : test::sampleOfEveryFormat()) {
+        const std::string out = folder.path("sample.vtt");
+        std::vector<std::string> arguments = {"convert", out, "--force"};
+        arguments.insert(arguments.begin() + 1, sample.begin(), sample.end());
+        ASSERT_EQ(runTool(arguments).error, "");
+        const std::vector<std::string> cues = cuesOf(out);
+        EXPECT_EQ(cues.size(), 32U);
+        EXPECT_EQ(cues, test::toldCues(sample));
+    }
 }
 
 TEST_F(ConvertForFFmpeg, HasCuesWithBlankLinesInThem) {

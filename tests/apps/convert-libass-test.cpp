@@ -2,8 +2,9 @@
 //
 // libass, which most players draw ASS with, reads what the tool writes.
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <set>
 #include <string>
@@ -14,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/apps/run-tool.h"
+#include "tests/apps/told-cues.h"
 #include "tests/support/temporary-folder.h"
 
 namespace {
@@ -95,6 +97,27 @@ TEST_F(ConvertForLibass, HasTheSameEventsWithTheSameTimes) {
         testing::ElementsAre("1000+1500 {\\b900}Bold{\\b0}, plain\\Nsecond line",
                              "2500+2750 {\\c&H0000FF&}Red", "36000000+1000 --> here, with commas,",
                              "360000000+9990 {\\i1}late{\\i0}"));
+}
+
+/// An event's text without its override blocks, of which samples have no odd ones.
+std::string withoutBlocks(std::string text) {
+    for (std::size_t open = text.find('{'); open != std::string::npos; open = text.find('{')) {
+        text.erase(open, text.find('}', open) + 1 - open);
+    }
+    return text;
+}
+
+TEST_F(ConvertForLibass, HasTheEventsOfSamplesOfEveryFormat) {
+    for (const std::vector<std::string>& sample : test::sampleOfEveryFormat()) {
+        const std::string out = folder.path("sample.ass");
+        std::vector<std::string> arguments = {"convert", out, "--force"};
+        arguments.insert(arguments.begin() + 1, sample.begin(), sample.end());
+        ASSERT_EQ(runTool(arguments).error, "");
+        std::vector<std::string> events = Script(out).events();
+        std::transform(events.begin(), events.end(), events.begin(), withoutBlocks);
+        EXPECT_EQ(events.size(), 32U);
+        EXPECT_EQ(events, test::toldCues(sample));
+    }
 }
 
 TEST_F(ConvertForLibass, HasTheDefaultStyle) {
