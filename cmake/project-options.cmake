@@ -53,5 +53,5 @@ function(subtitles_shared_library target)
   set(script ${PROJECT_SOURCE_DIR}/cmake/lib${target}.map)
   target_link_options(${target} PRIVATE LINKER:--version-script=${script})
   set_target_properties(${target} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${script})
+    VERSION ${PROJECT_VERSION} SOVERSION ${SUBTITLES_SOVERSION} LINK_DEPENDS ${script})
 endfunction()

@@ -21,8 +21,9 @@ import unittest
 import guide
 
 BUILD, COMPILER, SOURCES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
-VERSION = re.search(r"project\(subtitles VERSION ([\d.]+)",
-                    (SOURCES / "CMakeLists.txt").read_text(encoding="utf-8")).group(1)
+LISTS = (SOURCES / "CMakeLists.txt").read_text(encoding="utf-8")
+VERSION = re.search(r"project\(subtitles VERSION ([\d.]+)", LISTS).group(1)
+SOVERSION = re.search(r"set\(SUBTITLES_SOVERSION (\d+)\)", LISTS).group(1)
 GUIDE = SOURCES / "docs/player.md"
 
 
@@ -106,7 +107,7 @@ class Installed(unittest.TestCase):
         for name in "libsubtitles", "libfoundation":
             library = self.libraries / f"{name}.so.{VERSION}"
             self.assertTrue(library.is_file() and not library.is_symlink())
-            soname = f"{name}.so.{VERSION.split('.')[0]}"
+            soname = f"{name}.so.{SOVERSION}"
             self.assertIn(f"soname: [{soname}]", run("readelf", "-d", library))
             for link in soname, f"{name}.so":
                 self.assertEqual((self.libraries / link).resolve(), library)

@@ -60,7 +60,7 @@ private:
     friend class DirectoryIterator;
     class Listing;
 
-    explicit Iterator(std::shared_ptr<Listing> listing);
+    FOUNDATION_INTERNAL explicit Iterator(std::shared_ptr<Listing> listing);
 
     std::shared_ptr<Listing> entries;  ///< Null at the end.
     DirectoryEntry current;

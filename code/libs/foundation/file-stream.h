@@ -28,7 +28,7 @@ public:
     const String& path() const { return filePath; }
 
 private:
-    FileDescriptor(int handle, const String& path);
+    FOUNDATION_INTERNAL FileDescriptor(int handle, const String& path);
 
     int number = -1;
     String filePath;  ///< For the texts of exceptions.

@@ -79,8 +79,8 @@ public:
 private:
     struct State;
 
-    CategoryManager();
-    ~CategoryManager();
+    FOUNDATION_INTERNAL CategoryManager();
+    FOUNDATION_INTERNAL ~CategoryManager();
 
     std::unique_ptr<State> state;
 };

@@ -26,7 +26,7 @@ public:
     ByteArray readEverything(unsigned long limit);
 
 private:
-    bool fill();
+    FOUNDATION_INTERNAL bool fill();
 
     String buffer;  ///< Read ahead of `readLine`.
     InputStream* source;

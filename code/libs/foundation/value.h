@@ -123,7 +123,7 @@ private:
     using Data = std::variant<std::monostate, bool, long long, unsigned long long, double, String,
                               std::unique_ptr<List>, std::unique_ptr<Map>>;
 
-    static Data copyOf(const Data& data);
+    FOUNDATION_INTERNAL static Data copyOf(const Data& data);
 
     Data _data;
 };

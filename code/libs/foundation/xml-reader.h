@@ -68,8 +68,8 @@ public:
 private:
     struct Document;
 
-    explicit XMLReader(std::unique_ptr<Document> document);
-    bool step();
+    FOUNDATION_INTERNAL explicit XMLReader(std::unique_ptr<Document> document);
+    FOUNDATION_INTERNAL bool step();
 
     std::unique_ptr<Document> _document;
     bool _onNode = false;

@@ -54,7 +54,7 @@ public:
     fn::String streamName;                              ///< The library only carries it along.
 
 private:
-    void readFrom(const fn::String& text);
+    SUBTITLES_INTERNAL void readFrom(const fn::String& text);
 };
 
 }  // namespace subtitles
