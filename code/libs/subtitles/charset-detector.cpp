@@ -36,7 +36,7 @@ public:
 
 private:
     struct Delete {
-        void operator()(uchardet_t detector) const { uchardet_delete(detector); }
+        void operator()(uchardet_t handle) const { uchardet_delete(handle); }
     };
 
     std::unique_ptr<std::remove_pointer_t<uchardet_t>, Delete> detector{uchardet_new()};
