@@ -20,6 +20,11 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 add_library(project-options INTERFACE)
 target_link_libraries(project-options INTERFACE language-options)
 
+# The libraries alone: what they give out can be compared with an earlier release.
+add_library(library-options INTERFACE)
+target_link_libraries(library-options INTERFACE project-options)
+target_compile_options(library-options INTERFACE $<$<BOOL:${SUBTITLES_DEBUG_INFO}>:-g>)
+
 # Tests: what they drive is optimised and watched for undefined behaviour, they themselves are not.
 # Half of a build's time goes into them, and with both a test takes five times as long to compile.
 add_library(test-options INTERFACE)

@@ -40,6 +40,7 @@ test=(
     python3
 )
 develop=(
+    abigail-tools
     ccache
     clang
     clang-format
