@@ -25,12 +25,21 @@ build=(
     nlohmann-json3-dev
 )
 demo=(
+    fonts-dejavu-core
     gstreamer1.0-plugins-base
+    gstreamer1.0-plugins-good
     gstreamer1.0-tools
+    gstreamer1.0-x
 )
 test=(
     chromium
     fonts-dejavu-core
+    fonts-nanum
+    gstreamer1.0-plugins-bad
+    gstreamer1.0-plugins-base
+    gstreamer1.0-plugins-good
+    gstreamer1.0-tools
+    gstreamer1.0-x
     libass-dev
     libavcodec-dev
     libavformat-dev

@@ -138,6 +138,38 @@ void addConvert(CLI::App& app, Command& command) {
     });
 }
 
+void addPreview(CLI::App& app, Command& command) {
+    CLI::App* const preview =
+        app.add_subcommand("preview", "Draw a frame of a film with its subtitle, as a PNG");
+    const auto options = std::make_shared<PreviewOptions>();
+    preview->add_option("FILM", options->film, "The film; without one the background is plain");
+    preview
+        ->add_option("--subtitle", options->subtitle,
+                     "The subtitle file; else one that stands beside the film")
+        ->type_name("FILE");
+    addTime(*preview, "--at", options->at, parseTime, "The time of the frame");
+    preview
+        ->add_option("--strip", options->strip,
+                     "In place of one frame: the first so many cues, side by side")
+        ->type_name("COUNT")
+        ->check(CLI::Range(1, 300));
+    preview
+        ->add_option("-o,--output", options->output, "The picture to write; - is standard output")
+        ->type_name("OUT")
+        ->required();
+    preview->add_flag("--force", options->force, "Overwrite OUT where it exists");
+    addEncoding(*preview, options->encoding);
+    addTrack(*preview, options->track);
+    addFrameRate(*preview, options->frameRate);
+    addJson(*preview, options->json);
+    preview->footer(
+        "Exit status: 0 if there is a cue in the picture, 1 if there is none at that time, 2 if it "
+        "failed.");
+    preview->callback([=, &command] {
+        command = [=](Console& console) { return tool::preview(console, *options); };
+    });
+}
+
 /// The parser takes "[a,b]" for a list of two wherever it takes several values; with a mark in
 /// front it is a name again. No argument can have a NUL of its own.
 constexpr char bracketMark = '\0';
@@ -195,6 +227,7 @@ ExitStatus runCommandLine(Console& console, int argc, const char* const* argv) {
     addFind(app, command);
     addShow(app, command);
     addConvert(app, command);
+    addPreview(app, command);
     addDetect(app, command);
     try {
         app.parse(markedArguments(argc, argv));

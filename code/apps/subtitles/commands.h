@@ -6,6 +6,8 @@
 
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -55,6 +57,22 @@ struct ConvertOptions {
 
 /// Writes the cues of a file as a file of another format.
 ExitStatus convert(Console& console, const ConvertOptions& options);
+
+struct PreviewOptions {
+    std::string film;      ///< Empty for a plain background.
+    std::string subtitle;  ///< Empty to look beside the film.
+    std::string output;    ///< "-" is standard output.
+    std::string encoding;  ///< Empty to detect it.
+    TrackChoice track;
+    std::optional<FrameRate> frameRate;
+    std::optional<std::uint64_t> at;  ///< In nanoseconds; nothing with a strip.
+    std::size_t strip = 0;            ///< So many cues side by side.
+    bool force = false;               ///< Replace the output where it exists.
+    bool json = false;
+};
+
+/// Writes a picture of the film with its subtitle.
+ExitStatus preview(Console& console, const PreviewOptions& options);
 
 struct DetectOptions {
     std::vector<std::string> files;

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <exception>
 #include <new>
+#include <string>
+#include <string_view>
 
 #include <gst/gst.h>
 
@@ -14,19 +16,31 @@
 #include "command-line.h"
 #include "console.h"
 #include "exit-status.h"
+#include "plugins/gstreamer/subtitles-src.h"
 
 namespace {
 
 using tool::Console;
 using tool::ExitStatus;
 
-/// GStreamer gets no arguments, which it would take for its own. Its plug-ins play no part in
-/// reading subtitles, and looking for them takes a while where nobody has before.
-void initializeGStreamer() {
-    setenv("GST_REGISTRY_DISABLE", "yes", 1);
-    setenv("GST_PLUGIN_SYSTEM_PATH_1_0", "", 1);
-    setenv("GST_PLUGIN_PATH_1_0", "", 1);
+/// Plug-ins draw pictures. They play no part in reading subtitles, and looking for them takes a
+/// while where nobody has before.
+bool needsPlugins(int argc, const char* const* argv) {
+    return argc > 1 && argv[1] == std::string_view("preview");
+}
+
+/// GStreamer gets no arguments, which it would take for its own.
+void initializeGStreamer(bool withPlugins) {
+    if (!withPlugins) {
+        setenv("GST_REGISTRY_DISABLE", "yes", 1);
+        setenv("GST_PLUGIN_SYSTEM_PATH_1_0", "", 1);
+        setenv("GST_PLUGIN_PATH_1_0", "", 1);
+    }
     gst_init(nullptr, nullptr);
+    // Our own element is part of the program: it is there wherever the program is.
+    if (withPlugins) {
+        gst_element_register(nullptr, "subtitlesrc", GST_RANK_NONE, SUBTITLES_TYPE_SRC);
+    }
 }
 
 ExitStatus run(Console& console, int argc, const char* const* argv) {
@@ -56,7 +70,7 @@ int main(int argc, char** argv) {
     // that nothing ends half-way.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    initializeGStreamer();
+    initializeGStreamer(needsPlugins(argc, argv));
     Console console;
     try {
         return static_cast<int>(run(console, argc, argv));

@@ -146,16 +146,21 @@ std::vector<SubtitleReference> tracksInFile(const std::string& path) {
 
 SubtitleReference chooseTrack(Console& console, const std::string& path, const TrackChoice& choice,
                               Ambiguity ambiguity) {
-    const std::vector<SubtitleReference> tracks = tracksInFile(path);
+    return chooseAmong(console, path, tracksInFile(path), choice, ambiguity);
+}
+
+SubtitleReference chooseAmong(Console& console, const std::string& place,
+                              const std::vector<SubtitleReference>& tracks,
+                              const TrackChoice& choice, Ambiguity ambiguity) {
     std::vector<SubtitleReference> chosen;
     std::copy_if(tracks.begin(), tracks.end(), std::back_inserter(chosen),
                  [&](const SubtitleReference& track) { return isChosen(track, choice); });
     if (chosen.empty()) {
-        throw Failure(path + ": no subtitles " + describeChoice(choice) + "; there is " +
+        throw Failure(place + ": no subtitles " + describeChoice(choice) + "; there is " +
                       describeTracks(tracks));
     }
     if (chosen.size() > 1) {
-        const std::string words = path + ": several subtitles, " + describeTracks(chosen);
+        const std::string words = place + ": several subtitles, " + describeTracks(chosen);
         if (ambiguity == Ambiguity::Refuse) {
             throw Failure(words + "; choose one with --language or --class");
         }

@@ -37,6 +37,11 @@ enum class Ambiguity { TakeFirst, Refuse };
 subtitles::SubtitleReference chooseTrack(Console& console, const std::string& path,
                                          const TrackChoice& choice, Ambiguity ambiguity);
 
+/// The same among subtitles that were found at `place`, at least one.
+subtitles::SubtitleReference chooseAmong(Console& console, const std::string& place,
+                                         const std::vector<subtitles::SubtitleReference>& tracks,
+                                         const TrackChoice& choice, Ambiguity ambiguity);
+
 /// A subtitle with its cues and the encoding in which it was read.
 struct LoadedTrack {
     subtitles::SubtitleReference reference;
