@@ -3,6 +3,8 @@
 #include "plugins/gstreamer/cue-order.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -15,6 +17,8 @@ TEST(CueOrder, WithoutCuesNothingIsFound) {
     const CueOrder order{std::vector<Span>()};
     EXPECT_EQ(order.nextEndingAfter(0, 0), 0U);
     EXPECT_EQ(order.countStartingBefore(100), 0U);
+    EXPECT_EQ(order.lastEndingAfter(0, 0), std::nullopt);
+    EXPECT_EQ(order.latestEnd(0), 0U);
     EXPECT_EQ(order.end(), 0U);
 }
 
@@ -31,6 +35,9 @@ TEST(CueOrder, CueMayOutlastThoseThatFollow) {
     const CueOrder order({{0, 100}, {10, 20}, {30, 40}});
     EXPECT_EQ(order.nextEndingAfter(0, 50), 0U);
     EXPECT_EQ(order.nextEndingAfter(1, 50), 3U);
+    EXPECT_EQ(order.lastEndingAfter(3, 50), 0U);
+    EXPECT_EQ(order.lastEndingAfter(3, 35), 2U);
+    EXPECT_EQ(order.lastEndingAfter(0, 0), std::nullopt);
     EXPECT_EQ(order.end(), 100U);
 }
 
@@ -60,6 +67,15 @@ TEST(CueOrder, AgreesWithAPlainSearch) {
                 std::find_if(begin, spans.end(), [&](const Span& span) { return span.end > time; });
             ASSERT_EQ(order.nextEndingAfter(from, time),
                       static_cast<std::size_t>(found - spans.begin()));
+            const auto last = std::find_if(std::make_reverse_iterator(begin), spans.rend(),
+                                           [&](const Span& span) { return span.end > time; });
+            ASSERT_EQ(order.lastEndingAfter(from, time),
+                      last == spans.rend() ? std::nullopt
+                                           : std::optional<std::size_t>(spans.rend() - last - 1));
+            GstClockTime latest = 0;
+            std::for_each(spans.begin(), begin,
+                          [&](const Span& span) { latest = std::max(latest, span.end); });
+            ASSERT_EQ(order.latestEnd(from), latest);
         }
     }
 }

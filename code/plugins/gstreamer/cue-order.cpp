@@ -8,15 +8,16 @@
 namespace subtitles::element {
 
 CueOrder::CueOrder(std::vector<Span> spans) : _spans(std::move(spans)) {
-    while (_leaves < _spans.size()) {
+    // One leaf at least stays free: behind the last cue is a place too.
+    while (_leaves <= _spans.size()) {
         _leaves *= 2;
     }
-    _latestEnd.assign(2 * _leaves, 0);
+    _latestEnds.assign(2 * _leaves, 0);
     for (std::size_t i = 0; i < _spans.size(); ++i) {
-        _latestEnd[_leaves + i] = _spans[i].end;
+        _latestEnds[_leaves + i] = _spans[i].end;
     }
     for (std::size_t node = _leaves - 1; node >= 1; --node) {
-        _latestEnd[node] = std::max(_latestEnd[2 * node], _latestEnd[2 * node + 1]);
+        _latestEnds[node] = std::max(_latestEnds[2 * node], _latestEnds[2 * node + 1]);
     }
 }
 
@@ -24,7 +25,7 @@ CueOrder::CueOrder(std::vector<Span> spans) : _spans(std::move(spans)) {
 std::size_t CueOrder::leftmost(std::size_t node, GstClockTime time) const {
     while (node < _leaves) {
         node *= 2;
-        if (_latestEnd[node] <= time) {
+        if (_latestEnds[node] <= time) {
             ++node;
         }
     }
@@ -37,7 +38,7 @@ std::size_t CueOrder::nextEndingAfter(std::size_t from, GstClockTime time) const
     }
     // Up from the leaf, over the subtrees to its right, to the first that holds an answer.
     std::size_t node = _leaves + from;
-    while (_latestEnd[node] <= time) {
+    while (_latestEnds[node] <= time) {
         while (node % 2 == 1 && node != 1) {
             node /= 2;
         }
@@ -49,14 +50,41 @@ std::size_t CueOrder::nextEndingAfter(std::size_t from, GstClockTime time) const
     return leftmost(node, time);
 }
 
+/// The last leaf below the node whose cue ends after `time`. There is one.
+std::size_t CueOrder::rightmost(std::size_t node, GstClockTime time) const {
+    while (node < _leaves) {
+        node = 2 * node + 1;
+        if (_latestEnds[node] <= time) {
+            --node;
+        }
+    }
+    return node - _leaves;
+}
+
+std::optional<std::size_t> CueOrder::lastEndingAfter(std::size_t from, GstClockTime time) const {
+    // Up from the leaf, and at each right child a look into the subtree to its left.
+    for (std::size_t node = _leaves + std::min(from, _leaves - 1); node > 1; node /= 2) {
+        if (node % 2 == 1 && _latestEnds[node - 1] > time) {
+            return rightmost(node - 1, time);
+        }
+    }
+    return std::nullopt;
+}
+
+GstClockTime CueOrder::latestEnd(std::size_t count) const {
+    GstClockTime latest = 0;
+    for (std::size_t node = _leaves + std::min(count, _leaves - 1); node > 1; node /= 2) {
+        if (node % 2 == 1) {
+            latest = std::max(latest, _latestEnds[node - 1]);
+        }
+    }
+    return latest;
+}
+
 std::size_t CueOrder::countStartingBefore(GstClockTime time) const {
     const auto first = std::partition_point(_spans.begin(), _spans.end(),
                                             [&](const Span& span) { return span.start < time; });
     return static_cast<std::size_t>(first - _spans.begin());
-}
-
-GstClockTime CueOrder::end() const {
-    return _spans.empty() ? 0 : _latestEnd[1];
 }
 
 }  // namespace subtitles::element

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include <gst/gst.h>
@@ -29,19 +30,27 @@ public:
     /// logarithmic time.
     std::size_t nextEndingAfter(std::size_t from, GstClockTime time) const;
 
+    /// The last cue in front of `from` that ends after `time`; nothing where none does. Takes
+    /// logarithmic time.
+    std::optional<std::size_t> lastEndingAfter(std::size_t from, GstClockTime time) const;
+
+    /// When the last of the first `count` cues ends; 0 without cues. Takes logarithmic time.
+    GstClockTime latestEnd(std::size_t count) const;
+
     /// How many cues start before `time`. Takes logarithmic time.
     std::size_t countStartingBefore(GstClockTime time) const;
 
     /// When the last cue ends; 0 without cues.
-    GstClockTime end() const;
+    GstClockTime end() const { return latestEnd(size()); }
 
 private:
     std::size_t leftmost(std::size_t node, GstClockTime time) const;
+    std::size_t rightmost(std::size_t node, GstClockTime time) const;
 
     std::vector<Span> _spans;
     /// The latest end below each node of a complete binary tree, the root at 1, node n's children
     /// at 2n and 2n + 1, the cues at its leaves.
-    std::vector<GstClockTime> _latestEnd;
+    std::vector<GstClockTime> _latestEnds;
     std::size_t _leaves = 1;
 };
 

@@ -6,7 +6,6 @@
 
 #include "plugins/gstreamer/subtitles-src.h"
 
-#include <algorithm>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -15,14 +14,17 @@
 
 #include <foundation/exception.h>
 
+#include "plugins/gstreamer/cue-cursor.h"
 #include "plugins/gstreamer/cue-track.h"
 #include "plugins/gstreamer/payload.h"
+#include "plugins/gstreamer/stream-tags.h"
 
 GST_DEBUG_CATEGORY_STATIC(subtitles_src_debug);
 #define GST_CAT_DEFAULT subtitles_src_debug
 
 namespace {
 
+using subtitles::element::CueCursor;
 using subtitles::element::CueTrack;
 using subtitles::element::Span;
 using subtitles::element::TrackRequest;
@@ -49,15 +51,16 @@ struct State {
     fn::String detectedEncoding;
     guint cueCount = 0;
     GstClockTime duration = GST_CLOCK_TIME_NONE;
+    guint32 seqnum = GST_SEQNUM_INVALID;  ///< Of the last seek.
 
     std::shared_ptr<const CueTrack> track;
 
     Payload payload = Payload::PangoMarkup;
-    bool positioned = false;    ///< Whether the fields below fit the segment.
-    std::size_t next = 0;       ///< The next cue; playing backwards, one behind it.
-    GstClockTime toldUpTo = 0;  ///< What cues and gaps have covered so far.
-    Span gap = {0, 0};          ///< To be told in front of the next buffer.
+    std::optional<CueCursor> cursor;  ///< In the segment; nothing when that is new.
+    Span gap = {0, 0};                ///< To be told in front of the next buffer.
     bool tagsPending = false;
+    bool segmentPending = true;
+    bool hasFailed = false;  ///< The error is on the bus by then.
 };
 
 }  // namespace
@@ -162,8 +165,8 @@ void publish(SubtitlesSrc* source, std::shared_ptr<const CueTrack> track) {
 /// Reads the file, once. False where that failed, and then the error is on the bus.
 bool ensureLoaded(SubtitlesSrc* source) {
     State& state = *source->state;
-    if (state.track) {
-        return true;
+    if (state.track || state.hasFailed) {
+        return !state.hasFailed;
     }
     TrackRequest request;
     {
@@ -176,6 +179,7 @@ bool ensureLoaded(SubtitlesSrc* source) {
         GST_ELEMENT_ERROR(
             source, RESOURCE, OPEN_READ, ("%s", exception.what()),
             ("location '%s', encoding '%s'", request.location.c_str(), request.encoding.c_str()));
+        state.hasFailed = true;
         return false;
     }
     state.tagsPending = true;
@@ -184,10 +188,14 @@ bool ensureLoaded(SubtitlesSrc* source) {
 
 gboolean stop(GstBaseSrc* base) {
     SubtitlesSrc* const source = self(base);
-    source->state->positioned = false;
+    State& state = *source->state;
+    state.cursor.reset();
+    state.segmentPending = true;
+    state.hasFailed = false;
     const ObjectLock lock(source);
-    source->state->track.reset();
-    source->state->duration = GST_CLOCK_TIME_NONE;
+    state.seqnum = GST_SEQNUM_INVALID;
+    state.track.reset();
+    state.duration = GST_CLOCK_TIME_NONE;
     return TRUE;
 }
 
@@ -248,6 +256,34 @@ gboolean negotiate(GstBaseSrc* base) {
            GST_BASE_SRC_CLASS(subtitles_src_parent_class)->negotiate(base);
 }
 
+// Events that go downstream between the base class's own
+
+/// The base class sends a segment only ahead of a buffer. Where the segment has no cue it is sent
+/// here: whoever waits for the text of a new position learns that way that there is none.
+void pushSegment(SubtitlesSrc* source) {
+    State& state = *source->state;
+    if (!state.segmentPending) {
+        return;
+    }
+    GstEvent* const event = gst_event_new_segment(&GST_BASE_SRC(source)->segment);
+    {
+        const ObjectLock lock(source);
+        if (state.seqnum != GST_SEQNUM_INVALID) {
+            gst_event_set_seqnum(event, state.seqnum);
+        }
+    }
+    gst_pad_push_event(GST_BASE_SRC_PAD(source), event);
+}
+
+void pushTags(SubtitlesSrc* source) {
+    State& state = *source->state;
+    if (state.tagsPending) {
+        state.tagsPending = false;
+        GstTagList* const tags = subtitles::element::makeTags(state.track->reference());
+        gst_pad_push_event(GST_BASE_SRC_PAD(source), gst_event_new_tag(tags));
+    }
+}
+
 // Cues
 
 GstBuffer* makeBuffer(const fn::String& payload, const Span& span) {
@@ -266,44 +302,6 @@ fn::String payloadOf(const State& state, std::size_t index) {
     return subtitles::element::toPangoMarkup(state.track->text(index));
 }
 
-/// Puts the reading position where the segment begins: at the first cue that is still shown there,
-/// or, playing backwards, behind the last one that begins before its end.
-void positionInSegment(State& state, const GstSegment& segment) {
-    if (segment.rate < 0) {
-        state.next = state.track->order().countStartingBefore(segment.stop);
-    } else {
-        state.next = 0;
-        state.toldUpTo = segment.position;
-    }
-    state.gap = {0, 0};
-    state.positioned = true;
-}
-
-/// The next cue of the segment; nothing where none is left.
-std::optional<std::size_t> takeForward(State& state, const GstSegment& segment) {
-    const auto& order = state.track->order();
-    const std::size_t index = order.nextEndingAfter(state.next, segment.start);
-    if (index == order.size() || order[index].start >= segment.stop) {
-        return {};
-    }
-    state.next = index + 1;
-    const Span& span = order[index];
-    state.gap = {state.toldUpTo, std::max(state.toldUpTo, span.start)};
-    state.toldUpTo = std::max(state.toldUpTo, span.end);
-    return index;
-}
-
-std::optional<std::size_t> takeBackward(State& state, const GstSegment& segment) {
-    const auto& order = state.track->order();
-    while (state.next > 0) {
-        --state.next;
-        if (order[state.next].end > segment.start) {
-            return state.next;
-        }
-    }
-    return {};
-}
-
 /// The payload of the cue; nothing where it cannot be read, which costs no other cue.
 std::optional<fn::String> readPayload(SubtitlesSrc* source, std::size_t index) {
     try {
@@ -315,35 +313,44 @@ std::optional<fn::String> readPayload(SubtitlesSrc* source, std::size_t index) {
     }
 }
 
+/// The next buffer of the segment; null where none is left.
+GstBuffer* nextBuffer(SubtitlesSrc* source) {
+    State& state = *source->state;
+    while (const auto index = state.cursor->next()) {
+        const std::optional<fn::String> payload = readPayload(source, *index);
+        // A cue without text shows nothing, so its time is part of a gap.
+        if (payload && !payload->empty()) {
+            state.gap = state.cursor->tell(*index);
+            return makeBuffer(*payload, state.track->order()[*index]);
+        }
+    }
+    return nullptr;
+}
+
 GstFlowReturn create(GstBaseSrc* base, guint64, guint, GstBuffer** buffer) {
     SubtitlesSrc* const source = self(base);
     State& state = *source->state;
     if (!ensureLoaded(source)) {
         return GST_FLOW_ERROR;
     }
-    const GstSegment& segment = base->segment;
-    if (!state.positioned) {
-        positionInSegment(state, segment);
+    if (!state.cursor) {
+        state.cursor.emplace(state.track->order(), base->segment);
     }
-    while (true) {
-        const auto index =
-            segment.rate < 0 ? takeBackward(state, segment) : takeForward(state, segment);
-        if (!index) {
-            return GST_FLOW_EOS;
-        }
-        const std::optional<fn::String> payload = readPayload(source, *index);
-        // A cue without text shows nothing; the gap in front of the next one covers it.
-        if (payload && !payload->empty()) {
-            *buffer = makeBuffer(*payload, state.track->order()[*index]);
-            return GST_FLOW_OK;
-        }
+    *buffer = nextBuffer(source);
+    if (*buffer == nullptr) {
+        pushSegment(source);
+        pushTags(source);
+        return GST_FLOW_EOS;
     }
+    return GST_FLOW_OK;
 }
 
 gboolean doSeek(GstBaseSrc* base, GstSegment* segment) {
     GST_DEBUG_OBJECT(base, "seek to %" GST_SEGMENT_FORMAT, static_cast<void*>(segment));
+    State& state = *self(base)->state;
     segment->time = segment->start;
-    self(base)->state->positioned = false;
+    state.cursor.reset();
+    state.segmentPending = true;
     return TRUE;
 }
 
@@ -366,38 +373,39 @@ gboolean query(GstBaseSrc* base, GstQuery* query) {
     return TRUE;
 }
 
-// What goes downstream beside the buffers
+// What comes from upstream and goes downstream beside the buffers
 
-GstTagList* makeTags(const CueTrack& track) {
-    GstTagList* const tags = gst_tag_list_new_empty();
-    const subtitles::SubtitleReference& reference = track.reference();
-    if (!reference.languageCode.empty()) {
-        const std::string code = reference.languageCode.toLowerCase();
-        gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_LANGUAGE_CODE, code.c_str(),
-                         GST_TAG_LANGUAGE_NAME, reference.languageName().c_str(), nullptr);
-    } else if (!reference.customLanguageName.empty()) {
-        gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_LANGUAGE_NAME,
-                         reference.customLanguageName.c_str(), nullptr);
-    }
-    const fn::String title = reference.name.empty() ? reference.languageName() : reference.name;
-    gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_TITLE, title.c_str(), nullptr);
-    return tags;
-}
-
-/// Tags and gaps belong behind the segment, which the base class sends only when it has the buffer;
-/// so they go in front of the buffer when that passes the pad.
-GstPadProbeReturn beforeBuffer(GstPad* pad, GstPadProbeInfo*, gpointer object) {
+/// Gaps belong behind the segment, which the base class sends only when it has a buffer; so they go
+/// in front of the buffer when that passes the pad.
+GstPadProbeReturn onBuffer(GstPad* pad, GstPadProbeInfo*, gpointer object) {
     State& state = *self(object)->state;
-    if (state.tagsPending) {
-        state.tagsPending = false;
-        gst_pad_push_event(pad, gst_event_new_tag(makeTags(*state.track)));
-    }
+    pushTags(self(object));
     const Span gap = state.gap;
     state.gap = {0, 0};
     if (gap.end > gap.start) {
         gst_pad_push_event(pad, gst_event_new_gap(gap.start, gap.end - gap.start));
     }
     return GST_PAD_PROBE_OK;
+}
+
+/// The stream's start tells what the stream is; so the file is read by then.
+GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer object) {
+    SubtitlesSrc* const source = self(object);
+    GstEvent* const event = GST_PAD_PROBE_INFO_EVENT(info);
+    if (GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT) {
+        source->state->segmentPending = false;
+    } else if (GST_EVENT_TYPE(event) == GST_EVENT_STREAM_START && ensureLoaded(source)) {
+        info->data = subtitles::element::describeStream(event, source->state->track->reference());
+    }
+    return GST_PAD_PROBE_OK;
+}
+
+gboolean onUpstreamEvent(GstBaseSrc* base, GstEvent* event) {
+    if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK) {
+        const ObjectLock lock(self(base));
+        self(base)->state->seqnum = gst_event_get_seqnum(event);
+    }
+    return GST_BASE_SRC_CLASS(subtitles_src_parent_class)->event(base, event);
 }
 
 void finalize(GObject* object) {
@@ -458,6 +466,7 @@ void installOperations(GstBaseSrcClass* baseClass) {
     baseClass->do_seek = doSeek;
     baseClass->is_seekable = isSeekable;
     baseClass->query = query;
+    baseClass->event = onUpstreamEvent;
 }
 
 }  // namespace
@@ -483,6 +492,10 @@ static void subtitles_src_init(SubtitlesSrc* source) {
     GstBaseSrc* const base = GST_BASE_SRC(source);
     gst_base_src_set_format(base, GST_FORMAT_TIME);
     gst_base_src_set_live(base, FALSE);
-    gst_pad_add_probe(GST_BASE_SRC_PAD(base), GST_PAD_PROBE_TYPE_BUFFER, beforeBuffer, source,
-                      nullptr);
+    // Otherwise a cue that outlasts the segment would end the stream, and cues that begin later and
+    // overlap it would be missing.
+    gst_base_src_set_automatic_eos(base, FALSE);
+    GstPad* const pad = GST_BASE_SRC_PAD(base);
+    gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_BUFFER, onBuffer, source, nullptr);
+    gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, onEvent, source, nullptr);
 }
