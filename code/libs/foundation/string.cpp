@@ -42,10 +42,13 @@ char upperASCII(char byte) {
 
 /// ASCII letters are mapped one by one, other code points by the mapping, malformed bytes copied.
 String mapCase(const String& text, char (*mapASCII)(char), int (*map)(int)) {
-    String result;
-    result.reserve(text.size());
-    const char* position = text.data();
-    const char* const end = position + text.size();
+    // Most texts are short and all ASCII: names, extensions, words of a format.
+    const auto firstOther =
+        std::find_if(text.begin(), text.end(), [](char byte) { return (byte & 0x80) != 0; });
+    String result(text.data(), static_cast<std::size_t>(firstOther - text.begin()));
+    std::transform(result.begin(), result.end(), result.begin(), mapASCII);
+    const char* position = text.data() + result.size();
+    const char* const end = text.data() + text.size();
     while (position != end) {
         if (static_cast<unsigned char>(*position) < 0x80) {
             result += mapASCII(*position++);

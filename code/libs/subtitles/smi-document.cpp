@@ -19,6 +19,8 @@ namespace subtitles {
 
 namespace {
 
+using smi::Element;
+
 struct FreeParser {
     void operator()(htmlParserCtxtPtr parser) const {
         htmlFreeParserCtxt(parser);
@@ -40,14 +42,11 @@ htmlSAXHandler* saxHandler() {
     return &handler;
 }
 
+/// The text with U+FFFD for its first malformed sequence, which is at `bad`, and each behind it.
 /// The HTML parser takes all behind one bad byte for Latin-1; this keeps the damage to the byte.
-fn::String withoutMalformedUTF8(const fn::String& text) {
+fn::String withoutMalformedUTF8(const fn::String& text, const char* bad) {
     const char* position = text.data();
     const char* const end = position + text.size();
-    const char* bad = fn::utf8::findMalformed(position, end);
-    if (bad == end) {
-        return text;
-    }
     fn::String result;
     result.reserve(text.size() + text.size() / 8);
     while (bad != end) {
@@ -59,33 +58,41 @@ fn::String withoutMalformedUTF8(const fn::String& text) {
     return result;
 }
 
-fn::String toString(const xmlChar* text) {
-    // Bytes either way; a null pointer gives the empty string.
-    return fn::String(reinterpret_cast<const char*>(text));
+/// The bytes of a C string; a null pointer gives the empty text.
+fn::StringView toView(const xmlChar* text) {
+    return text != nullptr ? fn::StringView(reinterpret_cast<const char*>(text)) : fn::StringView();
 }
 
-using Attributes = std::map<fn::String, fn::String>;
+fn::String toLowerCase(fn::StringView text) {
+    return fn::String(text.data(), text.size()).toLowerCase();
+}
 
-/// The list of names and values, up to its end or behind the first attribute without a value.
-Attributes attributeMap(const xmlChar** attributes) {
-    Attributes map;
-    if (attributes == nullptr) {
-        return map;
-    }
-    for (; attributes[0] != nullptr; attributes += 2) {
-        map[toString(attributes[0]).toLowerCase()] = toString(attributes[1]);
+/// The HTML parser gives nearly all names in lower case already.
+Element startedElement(const xmlChar* name) {
+    const Element element = smi::elementOf(toView(name));
+    return element != Element::Other
+               ? element
+               : smi::elementOf(fn::to_string_view(toLowerCase(toView(name))));
+}
+
+bool isNamed(const xmlChar* attribute, fn::StringView name) {
+    return toView(attribute) == name || toLowerCase(toView(attribute)) == name;
+}
+
+/// The value of an attribute in a list of names and values, empty where it has none. The last one
+/// of a name counts.
+fn::StringView valueOf(fn::StringView name, const xmlChar** attributes) {
+    fn::StringView value;
+    for (; attributes != nullptr && attributes[0] != nullptr; attributes += 2) {
+        if (isNamed(attributes[0], name)) {
+            value = toView(attributes[1]);
+        }
         // An attribute without a value ends the list: what stands behind it does not count.
         if (attributes[1] == nullptr) {
             break;
         }
     }
-    return map;
-}
-
-/// The elements whose attributes are looked at. Making a map for each of the others takes a fifth
-/// of the time of a whole document.
-bool hasAttributes(const fn::String& name) {
-    return name == "p" || name == "sync";
+    return value;
 }
 
 }  // namespace
@@ -95,7 +102,15 @@ void SMILoader::parse(const fn::String& path, const fn::String& encoding) {
 }
 
 void SMILoader::parseText(const fn::String& text) {
-    const fn::String document = withoutMalformedUTF8(text);
+    const char* const bad = fn::utf8::findMalformed(text.data(), text.data() + text.size());
+    if (bad == text.data() + text.size()) {
+        parseDocument(text);
+    } else {
+        parseDocument(withoutMalformedUTF8(text, bad));
+    }
+}
+
+void SMILoader::parseDocument(const fn::String& text) {
     const std::unique_ptr<htmlParserCtxt, FreeParser> parser(
         htmlCreatePushParserCtxt(saxHandler(), this, "", 0, nullptr, XML_CHAR_ENCODING_UTF8));
     if (!parser) {
@@ -107,7 +122,7 @@ void SMILoader::parseText(const fn::String& text) {
                                          HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING);
     htmlParser = parser.get();
     // The result counts the document's errors, and most documents have some.
-    htmlParseChunk(parser.get(), document.data(), static_cast<int>(document.size()), 1);
+    htmlParseChunk(parser.get(), text.data(), static_cast<int>(text.size()), 1);
     htmlParser = nullptr;
     guarded([this] { flushStyleText(); });
     if (exception) {
@@ -144,9 +159,9 @@ void SMILoader::_startElement(void* context, const xmlChar* name, const xmlChar*
     auto* const loader = static_cast<SMILoader*>(context);
     loader->guarded([&] {
         loader->flushStyleText();
-        const fn::String element = toString(name).toLowerCase();
-        loader->startElement(element,
-                             hasAttributes(element) ? attributeMap(attributes) : Attributes());
+        const Element element = startedElement(name);
+        const fn::StringView attribute = smi::attributeOf(element);
+        loader->start(element, attribute.empty() ? attribute : valueOf(attribute, attributes));
     });
 }
 
@@ -154,7 +169,7 @@ void SMILoader::_endElement(void* context, const xmlChar* name) {
     auto* const loader = static_cast<SMILoader*>(context);
     loader->guarded([&] {
         loader->flushStyleText();
-        loader->endElement(toString(name));
+        loader->endElement(fn::String(reinterpret_cast<const char*>(name)));
     });
 }
 

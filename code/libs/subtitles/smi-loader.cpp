@@ -17,28 +17,7 @@ namespace subtitles {
 
 namespace {
 
-/// The elements that mean something. All others are passed over, and their text flows on.
-enum class Element { Style, Sync, Paragraph, Break, Bold, Italic, Underline, StrikeThrough, Other };
-
-/// By length first: a document is mostly tags, and comparing each with every name took a tenth of
-/// the time.
-Element elementOf(const fn::String& name) {
-    switch (name.size()) {
-        case 1:
-            switch (name.front()) {
-                case 'p': return Element::Paragraph;
-                case 'b': return Element::Bold;
-                case 'i': return Element::Italic;
-                case 'u': return Element::Underline;
-                case 's': return Element::StrikeThrough;
-                default: return Element::Other;
-            }
-        case 2: return name == "br" ? Element::Break : Element::Other;
-        case 4: return name == "sync" ? Element::Sync : Element::Other;
-        case 5: return name == "style" ? Element::Style : Element::Other;
-        default: return Element::Other;
-    }
-}
+using smi::Element;
 
 /// The record that an inline tag pushes, and whose mask its end tag removes; empty for others.
 TextAttributes attributesOf(Element element) {
@@ -65,6 +44,15 @@ TextAttributes attributesOf(Element element) {
     return attributes;
 }
 
+fn::String toString(fn::StringView text) {
+    return fn::String(text.data(), text.size());
+}
+
+/// A byte of a text that does not stand for itself.
+bool isSpecial(char byte) {
+    return byte == '\n' || byte == '\r' || byte == '\t';
+}
+
 bool isInline(Element element) {
     return element == Element::Bold || element == Element::Italic ||
            element == Element::Underline || element == Element::StrikeThrough;
@@ -74,13 +62,22 @@ bool isInline(Element element) {
 
 void SMILoader::startElement(const fn::String& name,
                              const std::map<fn::String, fn::String>& attributes) {
-    const Element element = elementOf(name);
+    const Element element = smi::elementOf(fn::to_string_view(name));
+    const fn::StringView attribute = smi::attributeOf(element);
+    const auto found =
+        attribute.empty() ? attributes.end() : fn::find(attributes, toString(attribute));
+    start(element, found != attributes.end() ? fn::to_string_view(found->second) : "");
+}
+
+/// A start tag, with the value of its element's one attribute; where the tag does not have that, an
+/// empty value does the same.
+void SMILoader::start(Element element, fn::StringView value) {
     if (element == Element::Style && parseStyleSheets) {
         inStyle = true;
     } else if (element == Element::Paragraph) {
-        startParagraph(noteClass(attributes));
+        startParagraph(noteClass(value));
     } else if (element == Element::Sync) {
-        startSync(attributes);
+        startSync(value);
     }
     if (!inParagraph) {
         return;
@@ -94,14 +91,14 @@ void SMILoader::startElement(const fn::String& name,
     }
 }
 
-/// The paragraph's class, empty where it has none. It counts as used whether the paragraph's text
-/// does or not, outside a sync block too.
-fn::String SMILoader::noteClass(const std::map<fn::String, fn::String>& attributes) {
-    const auto found = fn::find(attributes, "class");
-    if (found == attributes.end() || found->second.empty()) {
-        return {};
+/// The paragraph's class, in lower case. It counts as used whether the paragraph's text does or
+/// not, outside a sync block too.
+const fn::String& SMILoader::noteClass(fn::StringView name) {
+    static const fn::String none;
+    if (name.empty()) {
+        return none;
     }
-    return *classes.insert(found->second.toLowerCase()).first;
+    return *classes.insert(toString(name).toLowerCase()).first;
 }
 
 void SMILoader::startParagraph(const fn::String& className) {
@@ -109,7 +106,7 @@ void SMILoader::startParagraph(const fn::String& className) {
         inParagraph = false;
         return;
     }
-    inParagraph = wantedClass.empty() || wantedClass == className;
+    inParagraph = isWanted(className);
     // A second paragraph of the same block goes onto a line of its own.
     if (inParagraph && (!run.text.empty() || !runs.empty())) {
         run.text += '\n';
@@ -117,23 +114,30 @@ void SMILoader::startParagraph(const fn::String& className) {
     }
 }
 
-void SMILoader::startSync(const std::map<fn::String, fn::String>& attributes) {
-    finishSync();
-    const auto start = fn::find(attributes, "start");
-    if (start == attributes.end()) {
-        return;
+bool SMILoader::isWanted(const fn::String& className) const {
+    if (languagesOnly && !buffers.empty()) {
+        return false;
     }
-    const int milliseconds = start->second.toInt(-1, 10, nullptr);
+    return wantedClass.empty() || wantedClass == className;
+}
+
+void SMILoader::startSync(fn::StringView time) {
+    finishSync();
+    const int milliseconds = toString(time).toInt(-1, 10, nullptr);
     if (milliseconds >= 0) {
         syncStart = milliseconds * 1000000LL;
     }
 }
 
 void SMILoader::endElement(const fn::String& name) {
+    // The only name whose case plays no part here.
     if (inStyle && name.toLowerCase() == "style") {
         inStyle = false;
     }
-    const Element element = elementOf(name);
+    end(smi::elementOf(fn::to_string_view(name)));
+}
+
+void SMILoader::end(Element element) {
     if (element == Element::Sync) {
         finishSync();
     }
@@ -164,13 +168,14 @@ void SMILoader::appendText(fn::StringView text) {
     if (!inParagraph) {
         return;
     }
-    while (!text.empty()) {
-        const std::size_t plain = std::min(text.find_first_of("\n\r\t"), text.size());
-        run.text.append(text.data(), plain);
-        text.remove_prefix(plain);
-        if (!text.empty()) {
-            run.text.append(text.front() == '\t' ? 1 : 0, ' ');
-            text.remove_prefix(1);
+    const char* position = text.data();
+    const char* const end = position + text.size();
+    while (position != end) {
+        const char* const special = std::find_if(position, end, isSpecial);
+        run.text.append(position, special);
+        position = special;
+        for (; position != end && isSpecial(*position); ++position) {
+            run.text.append(*position == '\t' ? 1 : 0, ' ');
         }
     }
 }

@@ -10,10 +10,12 @@
 #include <set>
 
 #include "foundation/auto-ptr.h"
+#include "foundation/string-view.h"
 #include "foundation/string.h"
 
 #include "subtitles/attributed-text.h"
 #include "subtitles/gst-buffer-ptr.h"
+#include "subtitles/smi-element.h"
 #include "subtitles/style-sheet-parser.h"
 #include "subtitles/style-sheet.h"
 #include "subtitles/text-attributes-stack.h"
@@ -71,6 +73,7 @@ public:
     std::list<fn::AutoPtr<_GstBuffer>> buffers;
     std::map<fn::String, LanguageEntry> languages;  ///< What style sheets define, by class.
     std::set<fn::String> classes;                   ///< What paragraphs use, in lower case.
+    bool languagesOnly = false;  ///< No paragraph counts any more once there is a buffer.
 
     // What the HTML parser calls. Nothing is thrown through its frames.
     static void _startElement(void* context, const unsigned char* name,
@@ -79,12 +82,16 @@ public:
     static void _characters(void* context, const unsigned char* text, int size);
 
 private:
-    fn::String noteClass(const std::map<fn::String, fn::String>& attributes);
+    void start(smi::Element element, fn::StringView value);
+    void end(smi::Element element);
+    const fn::String& noteClass(fn::StringView name);
     void startParagraph(const fn::String& className);
-    void startSync(const std::map<fn::String, fn::String>& attributes);
+    bool isWanted(const fn::String& className) const;
+    void startSync(fn::StringView time);
     void appendText(fn::StringView text);
     void readStyle(fn::String text);
     bool isBlankSync() const;
+    void parseDocument(const fn::String& text);
     void flushStyleText();
 
     template <class Action>

@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <list>
+#include <utility>
 
 #include "subtitles/charset-detector.h"
 #include "subtitles/load-string.h"
@@ -43,6 +44,7 @@ std::vector<SubtitleReference> SMISubtitleLoader::analyzeFile(const fn::Path& pa
     }
     const fn::String file = path.toString();
     SMILoader loader;
+    loader.languagesOnly = true;
     loader.parse(file, detectEncoding(file));
     std::list<SMILoader::LanguageEntry> languages = loader.getLanguages();
     // Text without classes is one subtitle in an unknown language.
@@ -70,7 +72,7 @@ fn::AutoPtr<SubtitleData> SMISubtitleLoader::loadSubtitle(const SubtitleReferenc
     loader.parse(reference.path, encoding.empty() ? detectEncoding(reference.path) : encoding);
     fn::AutoPtr<SubtitleData> data(new SubtitleData(
         "application/x-attributed-text", fn::AutoPtr<_GstBuffer>(), SubtitleData::NANOSECONDS));
-    data->buffers = loader.getBuffers();
+    data->buffers = std::move(loader.buffers);
     data->sanitize();
     return data;
 }
