@@ -259,6 +259,17 @@ TEST_F(Finder, OpensNothingButCandidatesAndEachOnceForALoader) {
     EXPECT_THAT(watch.opened(), testing::UnorderedElementsAreArray(expected));
 }
 
+TEST_F(Finder, OpensAFileOnceForEachLoaderWhoseExtensionFits) {
+    write("movie.ass");
+    write("movie.srt");
+    write("movie.sub");
+    const test::FileWatch watch(folder.path());
+    EXPECT_THAT(find("movie", ".mkv"), testing::SizeIs(3));
+    // SRT text is found under the name of MicroDVD too, and ASS goes by the extension alone.
+    EXPECT_THAT(watch.opened(),
+                testing::UnorderedElementsAre("movie.srt", "movie.sub", "movie.sub"));
+}
+
 struct NameCase {
     const char* name;
     const char* baseName;
