@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include <cstdlib>
+#include <set>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "tests/apps/run-tool.h"
+#include "tests/support/file-watch.h"
 #include "tests/support/temporary-folder.h"
 
 namespace {
@@ -114,13 +115,37 @@ TEST_F(Find, ReportsABadFileAndListsTheOthers) {
 }
 
 TEST_F(Find, ReportsAFileWithoutPermission) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "nothing is forbidden to root";
-    }
+    setup.fileRightsHold = true;
+    folder.writeFile("Film.fr.srt", twoCues);
     chmod(folder.writeFile("Film.de.srt", twoCues).c_str(), 0);
     const ToolAnswer answer = find();
     EXPECT_THAT(answer.error, HasSubstr("/Film.de.srt': Permission denied\n"));
+    EXPECT_THAT(answer.output, HasSubstr("Film.fr.srt")) << "the others are listed";
     EXPECT_EQ(answer.status, 2);
+}
+
+TEST_F(Find, FailsInAFolderWithoutPermission) {
+    setup.fileRightsHold = true;
+    chmod(folder.makeFolder("films").c_str(), 0);
+    EXPECT_EQ(find({"films"}).error,
+              "subtitles: Cannot list the folder 'films': Permission denied\n");
+    EXPECT_EQ(find({"films/Film.mkv"}).error,
+              "subtitles: Cannot open 'films/Film.mkv': Permission denied\n");
+    EXPECT_EQ(find({"films"}).status, 2);
+    chmod(folder.path("films").c_str(), 0700);
+}
+
+TEST_F(Find, OpensNothingThatDoesNotBelongToTheFilm) {
+    for (const char* name :
+         {"Film.de.srt", "Film.en.sub", "Other.srt", "A Film.srt", "Other.smi"}) {
+        folder.writeFile(name, twoCues);
+    }
+    folder.writeFile("Film.txt", twoCues);
+    const test::FileWatch watch(folder.path());
+    EXPECT_EQ(find().status, 0);
+    const std::vector<std::string> opened = watch.opened();
+    EXPECT_EQ(std::set<std::string>(opened.begin(), opened.end()),
+              (std::set<std::string>{"Film.de.srt", "Film.en.sub"}));
 }
 
 TEST_F(Find, FailsWithoutTheFilmOrTheFolder) {

@@ -15,6 +15,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include "tests/support/file-rights.h"
+
 namespace test {
 
 namespace {
@@ -64,6 +66,9 @@ void closeEnd(int& end) {
     dup2(error.its, STDERR_FILENO);
     if (!setup.folder.empty() && chdir(setup.folder.c_str()) != 0) {
         _exit(126);
+    }
+    if (setup.fileRightsHold) {
+        letFileRightsHoldBehindExec();
     }
     std::vector<char*> argv{const_cast<char*>("subtitles")};
     for (const std::string& argument : arguments) {

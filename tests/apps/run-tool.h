@@ -15,9 +15,10 @@ struct ToolSetup {
     /// What is changed in an environment without NO_COLOR and COLORTERM and with a TERM that knows
     /// colours.
     std::map<std::string, std::string> environment;
-    std::string folder;        ///< The current folder, where it is not the test's own.
-    std::string outputFile;    ///< Where standard output goes instead, opened for writing.
-    bool closeOutput = false;  ///< Nobody reads standard output.
+    std::string folder;           ///< The current folder, where it is not the test's own.
+    std::string outputFile;       ///< Where standard output goes instead, opened for writing.
+    bool closeOutput = false;     ///< Nobody reads standard output.
+    bool fileRightsHold = false;  ///< The permissions of files, also where root runs the test.
 };
 
 /// What the tool answered. A terminal's bytes are the ones that the tool wrote.

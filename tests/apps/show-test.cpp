@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "tests/apps/run-tool.h"
 #include "tests/support/temporary-folder.h"
@@ -192,6 +193,17 @@ TEST_P(ShowFailure, IsToldInOneLine) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, ShowFailure, testing::ValuesIn(failureCases),
                          [](const auto& test) { return test.param.name; });
+
+TEST_F(Show, NamesTheFileWithoutPermission) {
+    setup.fileRightsHold = true;
+    chmod(folder.writeFile("secret.srt", styled).c_str(), 0);
+    for (const char* command : {"show", "detect"}) {
+        const ToolAnswer answer = runTool({command, "secret.srt"}, setup);
+        EXPECT_EQ(answer.error, "subtitles: Cannot open 'secret.srt': Permission denied\n");
+        EXPECT_EQ(answer.output, "");
+        EXPECT_EQ(answer.status, 2);
+    }
+}
 
 TEST_F(Show, SaysThatThereAreNoCues) {
     const ToolAnswer answer = show("Nothing that looks like a subtitle\n");
