@@ -47,6 +47,12 @@ TEST_F(Detect, NamesAnEncodingThatCanBeGivenBack) {
     EXPECT_EQ(encodingOf(std::string("a\0b", 3)), "x.srt: UTF-8\n");
 }
 
+TEST_F(Detect, TakesACharacterThatTheLimitCutsForNoOtherEncoding) {
+    // Eight mebibytes are read: the first half of the letter is the last of them.
+    const std::string letters(8388607, 'x');
+    EXPECT_EQ(encodingOf(letters + "\u00E9"), "x.srt: UTF-8\n");
+}
+
 TEST_F(Detect, NamesNoEncodingThatNobodyCanDecode) {
     // What the detector calls HZ-GB-2312.
     EXPECT_EQ(encodingOf("~{VPND~} ~{VPND~} ~{VPND~} ~{VPND~}\n"), "x.srt: UTF-8\n");

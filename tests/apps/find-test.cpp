@@ -226,6 +226,15 @@ TEST_F(Find, ShowsProgressOverManyCandidates) {
     EXPECT_THAT(find().error, testing::StartsWith("\r\x1B[K1 of 60: Film"));
 }
 
+TEST_F(Find, KeepsProgressInOneLineOfTheTerminal) {
+    for (int i = 0; i < 60; ++i) {
+        folder.writeFile("Film \uAC00\uAC00 with a long name " + std::to_string(i) + ".txt", "");
+    }
+    setup.errorIsTerminal = true;
+    setup.columns = 18;
+    EXPECT_THAT(find().error, testing::StartsWith("\r\x1B[K1 of 60: Film \uAC00\r\x1B[K"));
+}
+
 TEST_F(Find, IsQuietInSmallFolders) {
     folder.writeFile("Film.de.srt", twoCues);
     setup.errorIsTerminal = true;

@@ -27,12 +27,14 @@ struct Channel {
     int its = -1;
 };
 
-Channel openChannel(bool isTerminal) {
+Channel openChannel(bool isTerminal, unsigned short columns) {
     Channel channel;
     if (isTerminal) {
         termios raw{};
         cfmakeraw(&raw);
-        if (openpty(&channel.ours, &channel.its, nullptr, &raw, nullptr) != 0) {
+        winsize size{};
+        size.ws_col = columns;
+        if (openpty(&channel.ours, &channel.its, nullptr, &raw, &size) != 0) {
             throw std::runtime_error("no terminal to be had");
         }
     } else {
@@ -108,8 +110,8 @@ void readBoth(Channel& output, Channel& error, ToolAnswer& answer) {
 }  // namespace
 
 ToolAnswer runTool(const std::vector<std::string>& arguments, const ToolSetup& setup) {
-    Channel output = openChannel(setup.outputIsTerminal);
-    Channel error = openChannel(setup.errorIsTerminal);
+    Channel output = openChannel(setup.outputIsTerminal, setup.columns);
+    Channel error = openChannel(setup.errorIsTerminal, setup.columns);
     if (setup.closeOutput) {
         closeEnd(output.ours);
     }

@@ -12,6 +12,7 @@ namespace test {
 struct ToolSetup {
     bool outputIsTerminal = false;  ///< Standard output, else a pipe.
     bool errorIsTerminal = false;   ///< Standard error, else a pipe.
+    unsigned short columns = 0;     ///< Of a terminal; 0 where it does not tell.
     /// What is changed in an environment without NO_COLOR and COLORTERM and with a TERM that knows
     /// colours.
     std::map<std::string, std::string> environment;

@@ -67,4 +67,13 @@ TEST(DisplayWidth, CountsColumns) {
     EXPECT_EQ(tool::displayWidth("\uD55C\uAD6D"), 4U);
 }
 
+TEST(ClippedToWidth, KeepsWholeLettersThatFit) {
+    EXPECT_EQ(tool::clippedToWidth("abc", 3), "abc");
+    EXPECT_EQ(tool::clippedToWidth("abc", 2), "ab");
+    EXPECT_EQ(tool::clippedToWidth("abc", 0), "");
+    EXPECT_EQ(tool::clippedToWidth("", 5), "");
+    EXPECT_EQ(tool::clippedToWidth("\uD55C\uAD6D", 3), "\uD55C");
+    EXPECT_EQ(tool::clippedToWidth("ae\u0301b", 2), "ae\u0301");
+}
+
 }  // namespace

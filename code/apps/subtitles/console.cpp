@@ -10,6 +10,7 @@
 #include <cstring>
 #include <utility>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "exit-status.h"
@@ -39,6 +40,16 @@ TextStyle styleOf(int descriptor) {
     }
     const std::string_view depth = environment("COLORTERM");
     return depth == "truecolor" || depth == "24bit" ? TextStyle::TrueColor : TextStyle::Colors256;
+}
+
+/// The start of the text that one line of the terminal holds: a longer line would go on to the
+/// next, where it stays when the first is erased.
+std::string clippedToTerminal(std::string line, int descriptor) {
+    winsize size{};
+    if (ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
+        return line;
+    }
+    return clippedToWidth(std::move(line), size.ws_col - 1U);
 }
 
 /// 0, or the error that stopped the writing.
@@ -90,7 +101,8 @@ void Console::showProgress(std::string_view text) {
     }
     nextProgress = now + progressInterval;
     progressIsShown = true;
-    writeAll(STDERR_FILENO, std::string(eraseLine) + visibleLine(text));
+    writeAll(STDERR_FILENO,
+             std::string(eraseLine) + clippedToTerminal(visibleLine(text), STDERR_FILENO));
 }
 
 void Console::clearProgress() {

@@ -22,19 +22,21 @@ fn::ByteArray readFile(const std::string& path) {
     return fn::StreamReader(&stream).readEverything(longestText);
 }
 
-/// Whether the library takes the bytes for UTF-8 where nobody names an encoding: a character that
-/// its limit has cut in two is no fault.
-bool isUTF8(fn::StringView bytes) {
-    if (bytes.size() == longestText) {
-        bytes.remove_suffix(fn::utf8::incompleteTail(bytes));
+/// The bytes as the library looks at them: a character that its limit has cut in two is no fault of
+/// UTF-8, and speaks for no other encoding.
+fn::StringView withoutCutCharacter(fn::StringView bytes) {
+    if (bytes.size() != longestText) {
+        return bytes;
     }
-    return fn::utf8::isValid(bytes);
+    const fn::StringView whole = bytes.substr(0, bytes.size() - fn::utf8::incompleteTail(bytes));
+    return fn::utf8::isValid(whole) ? whole : bytes;
 }
 
 }  // namespace
 
 std::string encodingOfFile(const std::string& path) {
-    const fn::ByteArray bytes = readFile(path);
+    const fn::ByteArray all = readFile(path);
+    const fn::StringView bytes = withoutCutCharacter(all.view());
     subtitles::CharsetDetector detector;
     detector.pushData(bytes.data(), bytes.size());
     detector.done();
@@ -42,7 +44,7 @@ std::string encodingOfFile(const std::string& path) {
     if (!charset.empty() && fn::String::isKnownEncoding(charset)) {
         return charset;
     }
-    return isUTF8(bytes.view()) ? "UTF-8" : "windows-1252";
+    return fn::utf8::isValid(bytes) ? "UTF-8" : "windows-1252";
 }
 
 }  // namespace tool

@@ -57,6 +57,13 @@ std::string cleaned(std::string_view text, bool keepHighControls, Keep keep) {
     return result;
 }
 
+std::size_t columnsOf(gunichar codePoint) {
+    if (g_unichar_iszerowidth(codePoint) != 0) {
+        return 0;
+    }
+    return g_unichar_iswide(codePoint) != 0 ? 2 : 1;
+}
+
 }  // namespace
 
 std::string visibleText(std::string_view text) {
@@ -75,12 +82,23 @@ std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
     const char* const end = text.data() + text.size();
     for (const char* at = text.data(); at < end; at = g_utf8_next_char(at)) {
-        const gunichar codePoint = g_utf8_get_char(at);
-        if (g_unichar_iszerowidth(codePoint) == 0) {
-            width += g_unichar_iswide(codePoint) != 0 ? 2 : 1;
-        }
+        width += columnsOf(g_utf8_get_char(at));
     }
     return width;
+}
+
+std::string clippedToWidth(std::string text, std::size_t width) {
+    const char* const end = text.data() + text.size();
+    const char* at = text.data();
+    for (; at < end; at = g_utf8_next_char(at)) {
+        const std::size_t columns = columnsOf(g_utf8_get_char(at));
+        if (columns > width) {
+            break;
+        }
+        width -= columns;
+    }
+    text.resize(static_cast<std::size_t>(at - text.data()));
+    return text;
 }
 
 }  // namespace tool

@@ -24,4 +24,7 @@ std::string validText(std::string_view text);
 /// How many columns of a terminal the text takes, which must be valid UTF-8.
 std::size_t displayWidth(std::string_view text);
 
+/// The longest start of the text, which must be valid UTF-8, that takes `width` columns at most.
+std::string clippedToWidth(std::string text, std::size_t width);
+
 }  // namespace tool
