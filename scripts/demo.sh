@@ -61,4 +61,8 @@ echo "And for a browser, please."
 try 'subtitles convert "The Harbour.en.sdh.srt" harbour.vtt'
 try 'head -n 8 harbour.vtt'
 echo
+echo "And how does it look on the film?"
+try 'subtitles preview "The Harbour.ogv" --subtitle "The Harbour.en.sdh.srt" --strip 6 -o harbour.png'
+echo
+echo "The picture is $film/harbour.png."
 echo "The tool is build/demo/code/apps/subtitles/subtitles; the folder is $film."

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: LGPL-2.1-or-later
 #
-# Makes a small test film, twenty seconds of moving pictures without sound.
+# Makes a small test film: 23 seconds of a moon over the sea, without sound.
 #
 #   scripts/make-test-film.sh FILE.ogv
 set -euo pipefail
@@ -11,8 +11,19 @@ if [ $# -ne 1 ]; then
     exit 64
 fi
 
+frames=575
+sky="video/x-raw,width=640,height=250,framerate=25/1"
+sea="video/x-raw,width=640,height=110,framerate=25/1"
+waves="video/x-raw,width=160,height=28,framerate=25/1"
+
 mkdir -p "$(dirname "$1")"
 gst-launch-1.0 --quiet \
-    videotestsrc num-buffers=500 pattern=ball \
-    ! "video/x-raw,width=320,height=180,framerate=25/1" \
-    ! theoraenc bitrate=200 ! oggmux ! filesink "location=\"$1\"" >&2
+    compositor name=scene sink_1::ypos=250 sink_2::ypos=250 sink_2::alpha=0.12 \
+    ! "video/x-raw,format=I420,width=640,height=360,framerate=25/1" \
+    ! theoraenc quality=24 ! oggmux ! filesink "location=\"$1\"" \
+    videotestsrc num-buffers=$frames pattern=ball \
+    background-color=0xff1d3a57 foreground-color=0xfff6ecc9 ! "$sky" ! scene.sink_0 \
+    videotestsrc num-buffers=$frames pattern=solid-color foreground-color=0xff0c1d2e \
+    ! "$sea" ! scene.sink_1 \
+    videotestsrc num-buffers=$frames pattern=snow ! "$waves" \
+    ! videoscale add-borders=false ! "$sea,pixel-aspect-ratio=1/1" ! scene.sink_2 >&2
