@@ -6,8 +6,9 @@
 #   scripts/install-dependencies.sh [GROUP...]
 #
 # Groups: build (the default), test (adds what the tests and benchmarks need), demo (what makes the
-# demonstration's film), develop (formatter, linter, fuzzer, documentation). Only what is missing is
-# installed; where nothing is, no network is needed and no rights.
+# demonstration's film), develop (formatter, linter, fuzzer, documentation), peers (what the
+# comparison with other libraries needs, and the profiler). Only what is missing is installed; where
+# nothing is, no network is needed and no rights.
 set -euo pipefail
 
 build=(
@@ -59,6 +60,14 @@ develop=(
     shellcheck
 )
 
+peers=(
+    gstreamer1.0-plugins-base
+    libass-dev
+    libavcodec-dev
+    libavformat-dev
+    valgrind
+)
+
 missing=()
 
 is_installed() {
@@ -84,8 +93,9 @@ for group in "$@"; do
         demo) collect_missing "${demo[@]}" ;;
         test) collect_missing "${test[@]}" ;;
         develop) collect_missing "${develop[@]}" ;;
+        peers) collect_missing "${peers[@]}" ;;
         *)
-            echo "Unknown group \"$group\": build, demo, test or develop" >&2
+            echo "Unknown group \"$group\": build, demo, test, develop or peers" >&2
             exit 64
             ;;
     esac

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include <gst/gst.h>
+
+#include "foundation/auto-ptr.h"
+#include "foundation/byte-array.h"
+#include "foundation/string.h"
+
+#include "subtitles/ass-reader.h"
+#include "subtitles/load-string.h"
+#include "subtitles/microdvd-parser.h"
+#include "subtitles/smi-loader.h"
+#include "subtitles/srt-reader.h"
+#include "subtitles/subtitle-data.h"
+
+#include "benchmarks/peers/reader.h"
+
+namespace peers {
+namespace {
+
+using Data = fn::AutoPtr<subtitles::SubtitleData>;
+
+Data parseSMI(const fn::String& text) {
+    subtitles::SMILoader loader;
+    loader.parseStyleSheets = false;
+    loader.parseText(text);
+    Data data(new subtitles::SubtitleData("application/x-attributed-text",
+                                          fn::AutoPtr<_GstBuffer>(),
+                                          subtitles::SubtitleData::NANOSECONDS));
+    data->buffers = loader.getBuffers();
+    return data;
+}
+
+Data parse(Format format, const fn::String& text) {
+    switch (format) {
+        case Format::SRT: return subtitles::parseSRT(text);
+        case Format::MicroDVD: return subtitles::parseMicroDVD(text, -1);
+        case Format::ASS: return subtitles::parseASS(text);
+        case Format::SMI: return parseSMI(text);
+    }
+    return Data();
+}
+
+class SubtitlesReader : public Reader {
+public:
+    SubtitlesReader(Format fileFormat, const std::string& fileEncoding)
+        : format(fileFormat), encoding(fileEncoding) {}
+
+    std::size_t read(const std::string& file) override {
+        fn::ByteArray bytes;
+        bytes.append(file.data(), file.size());
+        data = parse(format, subtitles::decodeText(bytes, encoding, subtitles::loadLimit));
+        data->sanitize();
+        return data->buffers.size();
+    }
+
+    void release() override { data.reset(); }
+
+private:
+    Format format;
+    fn::String encoding;
+    Data data;
+};
+
+}  // namespace
+
+std::unique_ptr<Reader> makeSubtitles(Format format, const std::string& encoding) {
+    return std::make_unique<SubtitlesReader>(format, encoding);
+}
+
+}  // namespace peers
