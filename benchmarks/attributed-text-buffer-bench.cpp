@@ -69,5 +69,17 @@ void readHugeCount(benchmark::State& state) {
 }
 BENCHMARK(readHugeCount)->Name("Read/hugeCount");
 
+// All runs but the last are whole: as fast as reading as many.
+void readTruncated(benchmark::State& state) {
+    const fn::AutoPtr<_GstBuffer> buffer = attributedTextToBuffer(cue(state.range(0)));
+    const gsize size = gst_buffer_get_size(buffer.get()) - 1;
+    gst_buffer_resize(buffer.get(), 0, static_cast<gssize>(size));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(attributedTextFromBuffer(buffer.get()));
+    }
+    countBytes(state, size);
+}
+BENCHMARK(readTruncated)->Name("Read/truncated")->Arg(1)->Arg(100000);
+
 }  // namespace
 }  // namespace subtitles
