@@ -41,6 +41,7 @@ test=(
     gstreamer1.0-plugins-good
     gstreamer1.0-tools
     gstreamer1.0-x
+    groff-base
     libass-dev
     libavcodec-dev
     libavformat-dev
