@@ -12,9 +12,11 @@
 
 #include "foundation/string.h"
 
+#include "subtitles/microdvd-loader.h"
 #include "subtitles/microdvd-parser.h"
 
 #include "benchmarks/srt-texts.h"
+#include "tests/support/temporary-folder.h"
 
 namespace {
 
@@ -67,6 +69,30 @@ BENCHMARK_CAPTURE(file, plain, srt_texts::plain, limit)->Unit(benchmark::kMillis
 BENCHMARK_CAPTURE(file, tagged, srt_texts::tagged, limit)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(file, cyrillic, srt_texts::cyrillic, limit)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(file, korean, srt_texts::korean, limit)->Unit(benchmark::kMillisecond);
+
+/// From the path of a file to the stream that a player plays.
+void loadSubtitle(benchmark::State& state, const srt_texts::Cues& cues, const char* encoding) {
+    const test::TemporaryFolder folder;
+    const fn::String bytes = text(cues, limit);
+    subtitles::SubtitleReference reference;
+    reference.type = subtitles::SubtitleReference::FILE;
+    reference.mimeType = "application/x-micro-dvd-sub";
+    reference.path = folder.writeFile("film.sub", bytes);
+    subtitles::MicroDVDSubtitleLoader loader;
+    for (auto _ : state) {
+        auto data = loader.loadSubtitle(reference, encoding);
+        state.PauseTiming();
+        data.reset();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
+}
+BENCHMARK_CAPTURE(loadSubtitle, plain_given_as_UTF8, srt_texts::plain, "UTF-8")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(loadSubtitle, tagged_given_as_UTF8, srt_texts::tagged, "UTF-8")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(loadSubtitle, plain_detected, srt_texts::plain, "")
+    ->Unit(benchmark::kMillisecond);
 
 void bad(benchmark::State& state, const std::string& start, const std::string& piece,
          const std::string& end) {
