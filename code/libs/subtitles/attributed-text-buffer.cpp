@@ -191,15 +191,18 @@ private:
 
 fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text) {
     fn::AutoPtr<_GstBuffer> buffer(gst_buffer_new_allocate(nullptr, wireSize(text), nullptr));
-    const Mapping mapping(buffer.get(), GST_MAP_WRITE);
-    if (mapping.data() == nullptr) {
+    // A new buffer is one block of memory, and mapping that is cheaper than mapping the buffer.
+    GstMemory* const memory = gst_buffer_peek_memory(buffer.get(), 0);
+    GstMapInfo info;
+    if (gst_memory_map(memory, &info, GST_MAP_WRITE) == FALSE) {
         throw std::bad_alloc();
     }
-    Writer writer(mapping.data());
+    Writer writer(info.data);
     writer.transfer(static_cast<std::uint32_t>(text.size()));
     for (const AttributedText::Run& run : text) {
         transferRun(writer, run);
     }
+    gst_memory_unmap(memory, &info);
     return buffer;
 }
 

@@ -47,10 +47,7 @@ TextAttributes colored(const fn::String& value) {
 
 void State::runDone() {
     if (!text.empty()) {
-        run.attributes = open.cummulativeAttributes();
-        run.text = std::move(text);
-        result.push_back(std::move(run));
-        run = AttributedText::Run();
+        result.push_back({open.cummulativeAttributes(), std::move(text)});
     }
     text.clear();
 }

@@ -17,7 +17,6 @@ struct State {
     /// Appends to `runs`, which must outlive this.
     explicit State(AttributedText& runs) : result(runs) {}
 
-    AttributedText::Run run;
     fn::String text;         ///< What has been read since the last run was done.
     AttributedText& result;  ///< The runs that are done.
     TextAttributesStack open;
