@@ -22,11 +22,9 @@ __user_cap_header_struct thisThread() {
     return {_LINUX_CAPABILITY_VERSION_3, 0};
 }
 
-void setCapabilities(const Capabilities& capabilities) {
+bool setCapabilities(const Capabilities& capabilities) {
     __user_cap_header_struct header = thisThread();
-    if (::syscall(SYS_capset, &header, capabilities.data()) != 0) {
-        throw std::runtime_error("the capabilities cannot be changed");
-    }
+    return ::syscall(SYS_capset, &header, capabilities.data()) == 0;
 }
 
 }  // namespace
@@ -40,12 +38,15 @@ FileRightsHold::FileRightsHold() {
     }
     std::memcpy(before.data(), capabilities.data(), sizeof before);
     capabilities[0].effective &= ~((1U << CAP_DAC_OVERRIDE) | (1U << CAP_DAC_READ_SEARCH));
-    setCapabilities(capabilities);
+    if (!setCapabilities(capabilities)) {
+        throw std::runtime_error("the capabilities cannot be changed");
+    }
 }
 
 FileRightsHold::~FileRightsHold() {
     Capabilities capabilities{};
     std::memcpy(capabilities.data(), before.data(), sizeof before);
+    // What a thread may have it may always take back.
     setCapabilities(capabilities);
 }
 
