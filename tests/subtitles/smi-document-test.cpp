@@ -35,14 +35,18 @@ std::string buffersOf(const std::string& document, const char* wantedClass = "")
     return describeBuffers(loader);
 }
 
-std::string languagesOf(const std::string& document) {
-    SMILoader loader;
-    loader.parseText(document);
+std::string describeLanguages(const SMILoader& loader) {
     std::string text;
     for (const SMILoader::LanguageEntry& entry : loader.getLanguages()) {
         text += "[" + entry.className + " " + entry.languageCode + entry.languageName + "]";
     }
     return text;
+}
+
+std::string languagesOf(const std::string& document) {
+    SMILoader loader;
+    loader.parseText(document);
+    return describeLanguages(loader);
 }
 
 struct Case {
@@ -212,6 +216,76 @@ TEST(SMIDocumentText, StyleElementsInAStyleElementAreText) {
         document += "<style>";
     }
     EXPECT_EQ(languagesOf(document + "</style><p class=x>a"), "[x X]");
+}
+
+struct LongCase {
+    const char* name;
+    const char* head;
+    const char* piece;
+    const char* tail;
+    const char* expected;  ///< Languages and the number of buffers.
+};
+
+class LongSMIText : public testing::TestWithParam<LongCase> {};
+
+// The largest files are sixteen times as long; that time grows with the length alone is for the
+// benchmarks to tell.
+TEST_P(LongSMIText, Ends) {
+    constexpr std::size_t size = 524288;
+    std::string document = GetParam().head;
+    const std::string piece = GetParam().piece;
+    while (document.size() < size) {
+        document += piece;
+    }
+    document += GetParam().tail;
+    SMILoader loader;
+    loader.parseText(document);
+    EXPECT_EQ(describeLanguages(loader) + " " + std::to_string(loader.buffers.size()),
+              GetParam().expected);
+}
+
+constexpr LongCase longCases[] = {
+    {"StyleElementOfRules", "<style>", ".x{lang:ko}", "</style><p class=x>", "[x ko] 0"},
+    {"ChainOfNames", "<style>.x{lang:ko}", "a ", "{x:1}</style><p class=x>", "[x ko] 0"},
+    {"OpenAttributes", "<style>.x{lang:ko}", "a[;", "</style><p class=x>", "[x ko] 0"},
+    {"OpenRules", "<style>.x{lang:ko}", "a{;", "</style><p class=x>", "[x ko] 0"},
+    {"RootProperties", "<style>.x{lang:ko}", "a:b;", "</style><p class=x>", "[x ko] 0"},
+    {"StyleElements", "<style>.x{lang:ko} </style>", "<style></style>", "<p class=x>", "[x ko] 0"},
+    {"NestedInlineTags", "<sync start=1><p class=x>", "<b>x", "", "[x X] 1"},
+    {"InlineTags", "<sync start=1><p class=x>", "<b>x</b>", "", "[x X] 1"},
+    {"Paragraphs", "<sync start=1>", "<p class=x>x", "", "[x X] 1"},
+    {"Classes", "<sync start=1>", "<p class=x>", "", "[x X] 0"},
+    {"Syncs", "<p class=x>", "<sync start=1><p>x", "", "[x X] 29127"},
+    {"EndMarks", "<p class=x>", "<sync start=1><p>&nbsp;", "", "[x X] 22795"},
+    {"LineEnds", "<sync start=1><p class=x>", "\n", "x", "[x X] 1"},
+    {"OpenBrackets", "<sync start=1><p class=x>x", "<", " <sync start=2><p>x", "[x X] 2"},
+    {"OpenComments", "<sync start=1><p class=x>x", "<!--", "", "[x X] 1"},
+    {"Ampersands", "<sync start=1><p class=x>x", "&", "", "[x X] 1"},
+    {"MalformedBytes", "<sync start=1><p class=x>x", "\xFF", "", "[x X] 1"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Cases, LongSMIText, testing::ValuesIn(longCases),
+                         [](const auto& test) { return test.param.name; });
+
+// The HTML parser looks for each of these among all that came before, so that these take the square
+// of their length: the sizes are small.
+TEST(SMIDocumentText, AttributesOfOneTagEnd) {
+    std::string document = "<sync start=1><p class=x";
+    for (int i = 0; i < 5000; ++i) {
+        document += " a" + std::to_string(i) + "=1";
+    }
+    EXPECT_EQ(buffersOf(document + ">a", "x"), "1:[a]");
+}
+
+TEST(SMIDocumentText, UnmatchedEndTagsUnderDeepNestingEnd) {
+    std::string document = "<sync start=1><p>";
+    for (int i = 0; i < 5000; ++i) {
+        document += "<b>";
+    }
+    for (int i = 0; i < 5000; ++i) {
+        document += "</i>";
+    }
+    EXPECT_EQ(buffersOf(document + "a"), "1:[weight=700: a]");
 }
 
 TEST(SMIDocumentText, MessagesOfTheParserReachNobody) {

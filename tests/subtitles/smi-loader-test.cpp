@@ -427,6 +427,19 @@ TEST(SMIEntryPoints, NullPointersAreEmpty) {
     EXPECT_EQ(attributesThrough(nullptr), "-1");
 }
 
+// Nothing unwinds through the HTML parser: what an action raised is raised behind it, once.
+TEST(SMIEntryPoints, ExceptionsAreKeptForTheEndOfTheText) {
+    SMILoader loader;
+    loader.startElement("sync", {{"start", "1"}});
+    loader.startElement("p", {});
+    loader.characters("\xFF");
+    EXPECT_NO_THROW(
+        SMILoader::_endElement(&loader, reinterpret_cast<const unsigned char*>("sync")));
+    EXPECT_THROW(loader.parseText("<sync start=2><p>b</p></sync>"), fn::UTF8Exception);
+    EXPECT_TRUE(loader.buffers.empty()) << "nothing is read behind an exception";
+    EXPECT_NO_THROW(loader.parseText(""));
+}
+
 TEST(SMIEntryPoints, EndTagsOtherThanStyleAreTakenAsTheyStand) {
     SMILoader loader;
     loader.startElement("sync", {{"start", "1"}});

@@ -2,7 +2,10 @@
 
 #include "subtitles/smi-subtitle-loader.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -142,6 +145,69 @@ TEST_F(SMIFile, UnknownEncodingIsNamed) {
         EXPECT_NE(exception.displayText().find("no-such-encoding"), fn::String::npos);
     }
 }
+
+struct SampleCase {
+    const char* name;
+    const char* references;  ///< Class, code and name of each.
+    std::vector<const char*> cues;
+};
+
+class SMISample : public testing::TestWithParam<SampleCase> {};
+
+TEST_P(SMISample, GivesItsLanguagesAndTheirCues) {
+    const std::string file =
+        std::string(std::getenv("SUBTITLES_SAMPLES")) + "/smi/" + GetParam().name;
+    SMISubtitleLoader loader;
+    std::string told;
+    std::vector<std::string> cues;
+    for (const SubtitleReference& reference : loader.analyzeFile(fn::Path::parsePath(file))) {
+        const auto found = reference.loaderProperties.find("class");
+        told += "[" + (found != reference.loaderProperties.end() ? found->second : "") + " " +
+                reference.languageCode + "/" + reference.customLanguageName + "]";
+        cues.push_back(describe(*loader.loadSubtitle(reference, "")));
+    }
+    EXPECT_EQ(told, GetParam().references);
+    EXPECT_EQ(cues, std::vector<std::string>(GetParam().cues.begin(), GetParam().cues.end()));
+}
+
+const SampleCase samples[] = {
+    {"no-end-tags.ko.smi",
+     "[krcc ko/]",
+     {"application/x-attributed-text ns | 1200000000+2749999999 [\uC624\uB298 \uC544\uCE68\uC740 "
+      "\uC548\uAC1C\uAC00 \uC9D9\uB124\uC694.] | "
+      "5410000000+2689999999 [\uC5F0\uB77D\uC120\uC774 \uB610 \uB2A6\uACA0\uC5B4\uC694.] | "
+      "8240000000+4999999999 [- \uC5EC\uAE30\uB294 \uCC98\uC74C\uC774\uC2DC\uC8E0?\\n- "
+      "\uC5B4\uC81C ]"
+      "[weight=700: \uB9C8\uC9C0\uB9C9 \uBC30\uB85C][ \uC654\uC2B5\uB2C8\uB2E4.] | "
+      "13380000000+2749999999 [\uADF8\uB7FC \uC624\uB798\uB41C \uC5EC\uAD00\uC5D0\uC11C "
+      "\uC8FC\uBB34\uC168\uACA0\uB124\uC694.] | "
+      "16270000000+3349999999 [\uCE68\uB300\uB294 \uC9E7\uC558\uC9C0\uB9CC\\n\uC218\uD504\uB294 "
+      "\uB9DB\uC788\uC5C8\uC2B5\uB2C8\uB2E4.] | "
+      "19760000000+5000000000 [\uC774 \uD56D\uAD6C\uC5D0\uB294 \uBB34\uC2A8 \uC77C\uB85C "
+      "\uC624\uC168\uB098\uC694?]"}},
+    {"all-end-tags.smi",
+     "[enuscc en/][forced /FORCED][latin /Harbour]",
+     {"application/x-attributed-text ns | "
+      "1200000000+2749999999 [The fog is thick this morning.] | "
+      "5410000000+2689999999 [style=2: The ferry][ will be late\\nagain.]",
+      "application/x-attributed-text ns | "
+      "1200000000+2749999999 [THE HARBOUR]",
+      "application/x-attributed-text ns | "
+      "1200000000+2749999999 [Ze fock is sick zis mornink.] | "
+      "5410000000+2689999999 [Ze verry.]"}},
+    {"no-classes.smi",
+     "[ /]",
+     {"application/x-attributed-text ns | "
+      "1200000000+4209999999 [The fog is thickthis morning.] | "
+      "5410000000+5000000000 [The ferry will be late again.]"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Files, SMISample, testing::ValuesIn(samples), [](const auto& test) {
+    std::string name = test.param.name;
+    std::replace_if(
+        name.begin(), name.end(), [](char byte) { return byte == '-' || byte == '.'; }, '_');
+    return name;
+});
 
 }  // namespace
 }  // namespace subtitles

@@ -4,7 +4,9 @@
 
 #include "subtitles/style-sheet-parser-state.h"
 
+#include <array>
 #include <functional>
+#include <future>
 #include <ostream>
 #include <string>
 
@@ -417,6 +419,16 @@ TEST_F(StyleSheetParserState, CategoryAndTag) {
               ParserState::_fn_getLoggingCategoryStatic());
     EXPECT_EQ(state._fn_getLoggingTag().name, "");
     EXPECT_EQ(state._fn_getLoggingTag().number, 0);
+}
+
+TEST(StyleSheetParserStateCategory, IsOneForAllThreadsWhoeverWinsTheRaceWhichNoTestCanForce) {
+    std::array<std::future<fn::logging::Category*>, 8> categories;
+    for (auto& category : categories) {
+        category = std::async(std::launch::async, &ParserState::_fn_getLoggingCategoryStatic);
+    }
+    for (auto& category : categories) {
+        EXPECT_EQ(category.get(), ParserState::_fn_getLoggingCategoryStatic());
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "subtitles/style-sheet-parser.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <ostream>
@@ -498,6 +499,33 @@ TEST(StyleSheetText, EndsAtItsFirstNul) {
     StyleSheet sheet;
     sheet.parse(fn::String("a{x:1}\0b{y:2}", 13));
     EXPECT_EQ(describe(sheet), "[a]{x: 1}");
+}
+
+TEST(StyleSheetModes, AreReadInEachOfThemSoThatTheSwitchOverThemHasNoOtherWay) {
+    StyleSheet sheet;
+    // An escape, a hexadecimal one, one that CR and LF end, a slash, a comment, a star in it.
+    sheet.parse("a\\tb\\41 c\\42\r\nd /* e * f */ {x:1} ");
+    EXPECT_EQ(describe(sheet), "[a\tbcd]{x: 1}");
+}
+
+/// True where each action of the list is one of the enumerators.
+bool areKnown(const byte_machine::ActionList& list) {
+    return std::all_of(list.begin(), list.end(), [](std::uint8_t action) {
+        return action <= static_cast<std::uint8_t>(style_sheet::Action::FallBack);
+    });
+}
+
+TEST(StyleSheetTable, HasKnownActionsOnlySoThatTheSwitchOverThemHasNoOtherWay) {
+    for (const byte_machine::ActionList& list : style_sheet::machine.lists) {
+        EXPECT_TRUE(areKnown(list));
+    }
+    for (const style_sheet::table::Group& group : style_sheet::table::groups) {
+        for (const auto* const way :
+             {&group.unlisted, &group.straySlash, &group.end, &group.endInComment}) {
+            EXPECT_TRUE(areKnown(way->actions));
+        }
+        EXPECT_TRUE(areKnown(group.endOfComment));
+    }
 }
 
 }  // namespace
