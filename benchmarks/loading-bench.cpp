@@ -168,7 +168,7 @@ void whereTheTimeGoes(benchmark::State& state, std::size_t size) {
         const auto texts = cueTexts(timed(lines, [&] { return splitLines(text); }));
         const auto parsed = timed(markup, [&] { return parseAll(texts); });
         timed(buffers, [&] { return toBuffers(parsed); });
-        const auto data = timed(parsing, [&] { return subtitles::parseSRT(text); });
+        auto data = timed(parsing, [&] { return subtitles::parseSRT(text); });
         timed(sanitizing, [&] {
             data->sanitize();
             return data;

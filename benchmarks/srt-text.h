@@ -14,8 +14,7 @@ namespace bench {
 inline std::string srtText(std::size_t size) {
     constexpr const char* lines[] = {
         "The last train left an hour ago.",
-        "O\xC3\xB9 \xC3\xA9tais-tu hier soir ?\nOn t'a cherch\xC3\xA9 pr\xC3\xA8s de la "
-        "rivi\xC3\xA8re.",
+        "O\xC3\xB9 \xC3\xA9tais-tu hier soir ?\nOn t'a cherch\xC3\xA9 pr\xC3\xA8s du pont.",
         "I crossed the bridge and went\nto the market behind the church.",
         "<i>Il s'est tromp\xC3\xA9, \xC3\xA9videmment.</i>",
         "- No.\n- We'll wait here until the morning.",

@@ -45,6 +45,7 @@ private:
     String trace;  ///< Room for the stack trace's text.
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): names of classes.
 #define FOUNDATION_EXCEPTION(Name, Base)                 \
     class FOUNDATION_EXPORT Name : public Base {         \
     public:                                              \
@@ -54,6 +55,7 @@ private:
         Name& operator=(const Name&) = default;          \
         const char* className() const noexcept override; \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 FOUNDATION_EXCEPTION(RuntimeException, Exception);
 FOUNDATION_EXCEPTION(DataFormatException, RuntimeException);

@@ -51,8 +51,9 @@ public:
     /// 2 is an error, 5 a step-by-step trace.
     enum class Priority : std::int32_t { Error = 2, Trace = 5 };
 
-    Message(Priority priority, StringView file, std::int32_t line, StringView function,
-            StringView prettyFunction, const void* object, Tag tag);
+    Message(Priority messagePriority, StringView fileName, std::int32_t lineNumber,
+            StringView functionName, StringView signature, const void* loggingObject,
+            Tag objectTag);
     Message(const Message&) = default;
     Message& operator=(const Message&) = default;
 

@@ -39,7 +39,7 @@ public:
     /// on what C libraries hand them.
     BasicString(const Char* text,  // NOLINT(google-explicit-constructor): literals are texts
                 const Allocator& allocator = Allocator())
-        : Base(text != nullptr ? text : emptyText, allocator) {}
+        : Base(text != nullptr ? text : _emptyText, allocator) {}
     /// A copy of exactly `size` bytes, NUL among them.
     BasicString(const Char* text, std::size_t size, const Allocator& allocator = Allocator())
         : Base(text, size, allocator) {}
@@ -77,7 +77,7 @@ public:
     }
 
 private:
-    static constexpr Char emptyText[1] = {};
+    static constexpr Char _emptyText[1] = {};
 };
 
 /// UTF-8 text, except where an operation says that it holds undecoded bytes.

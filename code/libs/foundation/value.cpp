@@ -116,10 +116,10 @@ struct Order {
 
 const Value Value::NIL;
 
-Value::Value(const String& text) : _data(text) {}
-Value::Value(String&& text) noexcept : _data(std::move(text)) {}
-Value::Value(const char* text) : _data(String(text)) {}
-Value::Value(const Value& other) : _data(copyOf(other._data)) {}
+Value::Value(const String& text) : content(text) {}
+Value::Value(String&& text) noexcept : content(std::move(text)) {}
+Value::Value(const char* text) : content(String(text)) {}
+Value::Value(const Value& other) : content(copyOf(other.content)) {}
 
 Value::Value(Value&& other) noexcept {
     swap(other);
@@ -141,11 +141,11 @@ Value::~Value() {
 }
 
 void Value::swap(Value& other) noexcept {
-    _data.swap(other._data);
+    content.swap(other.content);
 }
 
 void Value::clear() noexcept {
-    _data.emplace<std::monostate>();
+    Data().swap(content);
 }
 
 Value::Data Value::copyOf(const Data& data) {
@@ -168,13 +168,13 @@ Value::Data Value::copyOf(const Data& data) {
 
 Value::Map& Value::map() {
     if (is(NilType)) {
-        _data = std::make_unique<Map>();
+        content = std::make_unique<Map>();
     }
     return const_cast<Map&>(std::as_const(*this).map());
 }
 
 const Value::Map& Value::map() const {
-    const auto* const map = std::get_if<std::unique_ptr<Map>>(&_data);
+    const auto* const map = std::get_if<std::unique_ptr<Map>>(&content);
     if (map == nullptr) {
         raise("Value is not a map", *this);
     }
@@ -183,13 +183,13 @@ const Value::Map& Value::map() const {
 
 Value::List& Value::list() {
     if (is(NilType)) {
-        _data = std::make_unique<List>();
+        content = std::make_unique<List>();
     }
     return const_cast<List&>(std::as_const(*this).list());
 }
 
 const Value::List& Value::list() const {
-    const auto* const list = std::get_if<std::unique_ptr<List>>(&_data);
+    const auto* const list = std::get_if<std::unique_ptr<List>>(&content);
     if (list == nullptr) {
         raise("Value is not a list", *this);
     }
@@ -198,11 +198,11 @@ const Value::List& Value::list() const {
 
 String Value::asString() const {
     switch (type()) {
-        case BoolType: return std::get<bool>(_data) ? "true" : "false";
-        case IntegerType: return String(std::to_string(std::get<long long>(_data)));
-        case UnsignedType: return String(std::to_string(std::get<unsigned long long>(_data)));
-        case DoubleType: return String::number(std::get<double>(_data));
-        case StringType: return std::get<String>(_data);
+        case BoolType: return std::get<bool>(content) ? "true" : "false";
+        case IntegerType: return String(std::to_string(std::get<long long>(content)));
+        case UnsignedType: return String(std::to_string(std::get<unsigned long long>(content)));
+        case DoubleType: return String::number(std::get<double>(content));
+        case StringType: return std::get<String>(content);
         case NilType:
         case ListType:
         case MapType: break;
@@ -215,12 +215,12 @@ int Value::asNumber<int>() const {
     std::optional<int> number;
     switch (type()) {
         case NilType: return 0;
-        case BoolType: return std::get<bool>(_data) ? 1 : 0;
-        case IntegerType: number = internal::safeDowncast<int>(std::get<long long>(_data)); break;
+        case BoolType: return std::get<bool>(content) ? 1 : 0;
+        case IntegerType: number = internal::safeDowncast<int>(std::get<long long>(content)); break;
         case UnsignedType:
-            number = internal::safeDowncast<int>(std::get<unsigned long long>(_data));
+            number = internal::safeDowncast<int>(std::get<unsigned long long>(content));
             break;
-        case DoubleType: number = internal::safeDowncast<int>(std::get<double>(_data)); break;
+        case DoubleType: number = internal::safeDowncast<int>(std::get<double>(content)); break;
         case StringType:
         case ListType:
         case MapType: raise("Value can not be implicitly converted to integral type", *this);
@@ -235,10 +235,10 @@ template <>
 double Value::asNumber<double>() const {
     switch (type()) {
         case NilType: return 0.0;
-        case BoolType: return std::get<bool>(_data) ? 1.0 : 0.0;
-        case IntegerType: return static_cast<double>(std::get<long long>(_data));
-        case UnsignedType: return static_cast<double>(std::get<unsigned long long>(_data));
-        case DoubleType: return std::get<double>(_data);
+        case BoolType: return std::get<bool>(content) ? 1.0 : 0.0;
+        case IntegerType: return static_cast<double>(std::get<long long>(content));
+        case UnsignedType: return static_cast<double>(std::get<unsigned long long>(content));
+        case DoubleType: return std::get<double>(content);
         case StringType:
         case ListType:
         case MapType: break;
@@ -262,7 +262,7 @@ int Value::compare(const Value& other) const {
                 return 0;  // Never reached: the kinds are the same.
             }
         },
-        _data, other._data);
+        content, other.content);
 }
 
 }  // namespace fn

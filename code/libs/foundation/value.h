@@ -52,7 +52,7 @@ public:
     Value(String&& text) noexcept;
     Value(const char* text);
     template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number>>>
-    Value(Number number) noexcept : _data(static_cast<Kept<Number>>(number)) {}
+    Value(Number number) noexcept : content(static_cast<Kept<Number>>(number)) {}
     // NOLINTEND(google-explicit-constructor)
 
     Value(const Value& other);
@@ -75,7 +75,7 @@ public:
     /// Releases what is held; the value is nil then.
     void clear() noexcept;
 
-    Type type() const { return static_cast<Type>(_data.index()); }
+    Type type() const { return static_cast<Type>(content.index()); }
     bool is(Type kind) const { return type() == kind; }
 
     /// The map; a nil value becomes an empty one first. Raises `fn::RangeException` for every other
@@ -125,7 +125,7 @@ private:
 
     FOUNDATION_INTERNAL static Data copyOf(const Data& data);
 
-    Data _data;
+    Data content;
 };
 
 template <>

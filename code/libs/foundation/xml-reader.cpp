@@ -97,6 +97,7 @@ void onError(void* /*data*/, Error error) {
     }
 }
 
+// NOLINTNEXTLINE(readability-function-size): as many parameters as libxml2 gives.
 void onStartElement(void* data, const xmlChar* localName, const xmlChar* prefix,
                     const xmlChar* nameSpace, int nameSpaceCount, const xmlChar** nameSpaces,
                     int attributeCount, int defaultedCount, const xmlChar** attributes) {
@@ -254,32 +255,32 @@ class AttributeCounter {
 public:
     void startTag(bool declaresEntity) {
         *this = AttributeCounter();
-        _inTag = true;
-        _declaresEntity = declaresEntity;
+        isInTag = true;
+        isDeclaringEntity = declaresEntity;
     }
-    void endTag() { _inTag = false; }
+    void endTag() { isInTag = false; }
 
     void readByte(char byte) {
-        if (!_inTag) {
+        if (!isInTag) {
             return;
         }
-        if (_quote != 0) {
-            _count += _declaresEntity && byte == '&' ? 1 : 0;
-            _quote = byte == _quote ? '\0' : _quote;
+        if (openQuote != 0) {
+            attributeTotal += isDeclaringEntity && byte == '&' ? 1 : 0;
+            openQuote = byte == openQuote ? '\0' : openQuote;
             return;
         }
-        _count += byte == '=' ? 1 : 0;
-        _quote = byte == '\'' || byte == '"' ? byte : '\0';
-        _inTag = byte != '>';
+        attributeTotal += byte == '=' ? 1 : 0;
+        openQuote = byte == '\'' || byte == '"' ? byte : '\0';
+        isInTag = byte != '>';
     }
 
-    int count() const { return _inTag ? _count : 0; }
+    int count() const { return isInTag ? attributeTotal : 0; }
 
 private:
-    bool _inTag = false;
-    bool _declaresEntity = false;
-    char _quote = 0;
-    int _count = 0;
+    bool isInTag = false;
+    bool isDeclaringEntity = false;
+    char openQuote = 0;
+    int attributeTotal = 0;
 };
 
 /// Where the first thing stands that the parser must not see; the text's size where there is none.
@@ -370,7 +371,7 @@ struct XMLReader::Document {
     ReaderPtr reader;  ///< Walks the tree; null at the end.
 };
 
-XMLReader::XMLReader(std::unique_ptr<Document> document) : _document(std::move(document)) {}
+XMLReader::XMLReader(std::unique_ptr<Document> parsed) : document(std::move(parsed)) {}
 XMLReader::XMLReader(XMLReader&&) noexcept = default;
 XMLReader& XMLReader::operator=(XMLReader&&) noexcept = default;
 XMLReader::~XMLReader() = default;
@@ -380,24 +381,24 @@ XMLReader XMLReader::readerForText(const String& text, int options) {
 }
 
 bool XMLReader::step() {
-    const xmlTextReaderPtr reader = _document->reader.get();
-    _onNode = reader != nullptr && xmlTextReaderRead(reader) == 1;
-    const bool reachesDefect = _onNode && xmlTextReaderNodeType(reader) == EndTag &&
+    const xmlTextReaderPtr reader = document->reader.get();
+    isOnNode = reader != nullptr && xmlTextReaderRead(reader) == 1;
+    const bool reachesDefect = isOnNode && xmlTextReaderNodeType(reader) == EndTag &&
                                isOpen(xmlTextReaderCurrentNode(reader));
-    if (!_onNode || reachesDefect) {
-        _onNode = false;
-        _document->reader.reset();
-        failed = !_document->isWellFormed;
+    if (!isOnNode || reachesDefect) {
+        isOnNode = false;
+        document->reader.reset();
+        failed = !document->isWellFormed;
     }
-    return _onNode;
+    return isOnNode;
 }
 
 bool XMLReader::read(bool skipContent) {
     const bool skips = skipContent && nodeType() == StartTag && !isEmptyElement();
     const xmlNode* const element =
-        skips ? xmlTextReaderCurrentNode(_document->reader.get()) : nullptr;
+        skips ? xmlTextReaderCurrentNode(document->reader.get()) : nullptr;
     while (step()) {
-        const xmlNode* const node = xmlTextReaderCurrentNode(_document->reader.get());
+        const xmlNode* const node = xmlTextReaderCurrentNode(document->reader.get());
         if (!isPlaceholder(node) && (element == nullptr || node == element)) {
             return true;
         }
@@ -406,25 +407,25 @@ bool XMLReader::read(bool skipContent) {
 }
 
 int XMLReader::nodeType() const {
-    return _onNode ? xmlTextReaderNodeType(_document->reader.get()) : NoNode;
+    return isOnNode ? xmlTextReaderNodeType(document->reader.get()) : NoNode;
 }
 
 String XMLReader::name() const {
-    return _onNode ? fromXML(xmlTextReaderConstName(_document->reader.get())) : String();
+    return isOnNode ? fromXML(xmlTextReaderConstName(document->reader.get())) : String();
 }
 
 String XMLReader::value() const {
-    return _onNode ? fromXML(xmlTextReaderConstValue(_document->reader.get())) : String();
+    return isOnNode ? fromXML(xmlTextReaderConstValue(document->reader.get())) : String();
 }
 
 bool XMLReader::isEmptyElement() const {
-    return _onNode && xmlTextReaderIsEmptyElement(_document->reader.get()) == 1 &&
-           !isOpen(xmlTextReaderCurrentNode(_document->reader.get()));
+    return isOnNode && xmlTextReaderIsEmptyElement(document->reader.get()) == 1 &&
+           !isOpen(xmlTextReaderCurrentNode(document->reader.get()));
 }
 
 bool XMLReader::hasAttribute(const String& attribute) const {
     return nodeType() == StartTag &&
-           TextPtr(xmlTextReaderGetAttribute(_document->reader.get(), toXML(attribute.c_str()))) !=
+           TextPtr(xmlTextReaderGetAttribute(document->reader.get(), toXML(attribute.c_str()))) !=
                nullptr;
 }
 
@@ -433,7 +434,7 @@ String XMLReader::getAttribute(const String& attribute) const {
         return {};
     }
     const TextPtr value(
-        xmlTextReaderGetAttribute(_document->reader.get(), toXML(attribute.c_str())));
+        xmlTextReaderGetAttribute(document->reader.get(), toXML(attribute.c_str())));
     return fromXML(value.get());
 }
 

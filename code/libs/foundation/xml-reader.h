@@ -68,11 +68,11 @@ public:
 private:
     struct Document;
 
-    FOUNDATION_INTERNAL explicit XMLReader(std::unique_ptr<Document> document);
+    FOUNDATION_INTERNAL explicit XMLReader(std::unique_ptr<Document> parsed);
     FOUNDATION_INTERNAL bool step();
 
-    std::unique_ptr<Document> _document;
-    bool _onNode = false;
+    std::unique_ptr<Document> document;
+    bool isOnNode = false;
 };
 
 }  // namespace fn
