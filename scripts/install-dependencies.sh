@@ -6,9 +6,9 @@
 #   scripts/install-dependencies.sh [GROUP...]
 #
 # Groups: build (the default), test (adds what the tests and benchmarks need), demo (what makes the
-# demonstration's film), develop (formatter, linter, fuzzer, documentation), peers (what the
-# comparison with other libraries needs, and the profiler). Only what is missing is installed; where
-# nothing is, no network is needed and no rights.
+# demonstration's film), develop (formatter, linter, fuzzer, documentation), package (what Debian
+# packages are built and checked with), peers (what the comparison with other libraries needs, and the
+# profiler). Only what is missing is installed; where nothing is, no network is needed and no rights.
 set -euo pipefail
 
 build=(
@@ -68,6 +68,13 @@ peers=(
     libavformat-dev
     valgrind
 )
+package=(
+    debhelper
+    debootstrap
+    dpkg-dev
+    fakeroot
+    lintian
+)
 
 missing=()
 
@@ -94,9 +101,10 @@ for group in "$@"; do
         demo) collect_missing "${demo[@]}" ;;
         test) collect_missing "${test[@]}" ;;
         develop) collect_missing "${develop[@]}" ;;
+        package) collect_missing "${package[@]}" ;;
         peers) collect_missing "${peers[@]}" ;;
         *)
-            echo "Unknown group \"$group\": build, demo, test, develop or peers" >&2
+            echo "Unknown group \"$group\": build, demo, test, develop, package or peers" >&2
             exit 64
             ;;
     esac
