@@ -240,6 +240,54 @@ TEST_F(Finder, AnalyzesAChosenFileForAFilm) {
     EXPECT_THROW(analyze("movie.mkv", "missing.srt"), fn::Exception);
 }
 
+/// An SMI document with a paragraph of each class; `styles` tell their languages.
+std::string document(const std::string& styles, const std::vector<std::string>& classes) {
+    std::string text = "<SAMI><STYLE>" + styles + "</STYLE><BODY><SYNC Start=1000>";
+    for (const std::string& each : classes) {
+        text += "<P Class=" + each + ">text";
+    }
+    return text + "<SYNC Start=3000></BODY></SAMI>";
+}
+
+constexpr const char* twoStyles = ".ENCC {lang: en-US} .KRCC {lang: ko-KR}";
+
+std::string smi(const std::string& name, const std::string& code, const std::string& custom) {
+    return name + "|application/x-smi|" + code + "|" + custom;
+}
+
+TEST_F(Finder, LeavesALanguageAloneThatALoaderFound) {
+    write("movie.de.smi", document(".KRCC {lang: ko-KR}", {"KRCC"}));
+    write("movie.fr.smi", document(".C {lang: xx-XX}", {"C"}));
+    write("movie.it.smi", document("", {"ENCC"}));
+    EXPECT_THAT(find("movie", ".mkv"),
+                ElementsAre(smi("movie.de.smi", "ko", ""), smi("movie.fr.smi", "", "xx"),
+                            smi("movie.it.smi", "", "ENCC")))
+        << "also where it is no more than a name";
+}
+
+TEST_F(Finder, LeavesSeveralLanguagesOfOneFileAloneAndInTheirOrder) {
+    write("movie.de.smi", document(twoStyles, {"KRCC", "ENCC"}));
+    EXPECT_THAT(find("movie", ".mkv"),
+                ElementsAre(smi("movie.de.smi", "en", ""), smi("movie.de.smi", "ko", "")));
+}
+
+TEST_F(Finder, ReadsTheLanguageOfTheNameWhereALoaderFoundNone) {
+    write("movie.de.smi", "<SAMI><BODY><SYNC Start=1000><P>text<SYNC Start=3000></BODY></SAMI>");
+    EXPECT_THAT(find("movie", ".mkv"), ElementsAre(smi("movie.de.smi", "de", "")));
+}
+
+TEST_F(Finder, TakesTheNameOfAChosenFileForAllItsLanguages) {
+    const auto analyze = [&](const char* name) {
+        write(name, document(twoStyles, {"ENCC", "KRCC"}));
+        return print(SubtitleFinder::instance()->analyzeSubtitles("movie.mkv", folder.path(name)));
+    };
+    EXPECT_THAT(analyze("movie.de.smi"),
+                ElementsAre(smi("movie.de.smi", "de", ""), smi("movie.de.smi", "de", "")));
+    EXPECT_THAT(analyze("movie.Deutsch.smi"),
+                ElementsAre(smi("movie.Deutsch.smi", "en", "Deutsch"),
+                            smi("movie.Deutsch.smi", "ko", "Deutsch")));
+}
+
 TEST_F(Finder, OpensNothingButCandidatesAndEachOnceForALoader) {
     constexpr int all = 10000;
     constexpr int candidates = 50;
