@@ -167,11 +167,11 @@ const FailureCase failureCases[] = {
     {"NoSuchLanguage",
      "good.srt",
      {"--language", "de"},
-     "good.srt: no subtitles in the language \"de\"; there is Unknown"},
+     "good.srt: no subtitles in the language \"de\"; there is one in an unknown language"},
     {"NoSuchClass",
      "good.srt",
      {"--class", "encc"},
-     "good.srt: no subtitles of the class \"encc\"; there is Unknown"},
+     "good.srt: no subtitles of the class \"encc\"; there is one in an unknown language"},
 };
 
 class ShowFailure : public testing::TestWithParam<FailureCase> {};

@@ -88,6 +88,9 @@ std::string describeTrack(const SubtitleReference& reference) {
     if (const fn::String className = classOf(reference); !className.empty()) {
         details += (details.empty() ? "class " : ", class ") + className;
     }
+    if (details.empty() && reference.customLanguageName.empty()) {
+        return "one in an unknown language";
+    }
     const std::string name = reference.languageName();
     return details.empty() ? name : name + " (" + details + ")";
 }
