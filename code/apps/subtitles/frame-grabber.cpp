@@ -109,27 +109,27 @@ Picture toPicture(GstSample* sample) {
 }  // namespace
 
 FrameGrabber::FrameGrabber(const LoadedTrack& track, const Options& options)
-    : _pipeline(description(track, options)) {
-    setFilm(_pipeline, options.film);
-    _pipeline.set("subtitles", "reference", track.reference.serialize().c_str(),
-                  "subtitle-encoding", track.encoding.c_str());
+    : pipeline(description(track, options)) {
+    setFilm(pipeline, options.film);
+    pipeline.set("subtitles", "reference", track.reference.serialize().c_str(), "subtitle-encoding",
+                 track.encoding.c_str());
     if (track.cues.frameRate()) {
-        setRate(_pipeline, *track.cues.frameRate());
+        setRate(pipeline, *track.cues.frameRate());
     }
-    _overlayInput.watch(_pipeline.find("overlay").get());
-    _pipeline.pause();
+    overlayInput.watch(pipeline.find("overlay").get());
+    pipeline.pause();
     if (!options.film.empty()) {
-        _filmEnd = _pipeline.duration();
+        endOfFilm = pipeline.duration();
     }
 }
 
 Picture FrameGrabber::frameAt(std::uint64_t time) {
-    if (_filmEnd && time >= *_filmEnd) {
-        throw Failure("the film ends at " + millisecondText(*_filmEnd));
+    if (endOfFilm && time >= *endOfFilm) {
+        throw Failure("the film ends at " + millisecondText(*endOfFilm));
     }
-    _overlayInput.holdFrames();
-    _pipeline.seek(time);
-    const SamplePtr sample = _pipeline.lastSample("sink");
+    overlayInput.holdFrames();
+    pipeline.seek(time);
+    const SamplePtr sample = pipeline.lastSample("sink");
     if (!sample) {
         throw Failure("the film has no frame at " + millisecondText(time));
     }

@@ -26,15 +26,15 @@ public:
     FrameGrabber(const LoadedTrack& track, const Options& options);
 
     /// When the film ends, in nanoseconds; nothing without a film.
-    const std::optional<std::uint64_t>& filmEnd() const { return _filmEnd; }
+    const std::optional<std::uint64_t>& filmEnd() const { return endOfFilm; }
 
     /// The frame at a time in nanoseconds. Throws `Failure` where there is none.
     Picture frameAt(std::uint64_t time);
 
 private:
-    OverlayInput _overlayInput;  // outlives the pipeline, whose threads call it
-    Pipeline _pipeline;
-    std::optional<std::uint64_t> _filmEnd;
+    OverlayInput overlayInput;  // outlives the pipeline, whose threads call it
+    Pipeline pipeline;
+    std::optional<std::uint64_t> endOfFilm;
 };
 
 }  // namespace tool

@@ -40,13 +40,13 @@ void OverlayInput::watch(GstElement* overlay) {
 }
 
 void OverlayInput::holdFrames() {
-    const std::lock_guard<std::mutex> lock(_mutex);
-    _hasText = false;
+    const std::lock_guard<std::mutex> lock(mutex);
+    hasText = false;
 }
 
 void OverlayInput::waitForText() {
-    std::unique_lock<std::mutex> lock(_mutex);
-    _textFollowed.wait_for(lock, patience, [this] { return _hasText; });
+    std::unique_lock<std::mutex> lock(mutex);
+    textFollowed.wait_for(lock, patience, [this] { return hasText; });
 }
 
 GstPadProbeReturn OverlayInput::_onFrame(GstPad* pad, GstPadProbeInfo* info, gpointer self) {
@@ -65,9 +65,9 @@ GstPadProbeReturn OverlayInput::_onFrame(GstPad* pad, GstPadProbeInfo* info, gpo
 GstPadProbeReturn OverlayInput::_onTextEvent(GstPad*, GstPadProbeInfo* info, gpointer self) {
     if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_SEGMENT) {
         auto& input = *static_cast<OverlayInput*>(self);
-        const std::lock_guard<std::mutex> lock(input._mutex);
-        input._hasText = true;
-        input._textFollowed.notify_all();
+        const std::lock_guard<std::mutex> lock(input.mutex);
+        input.hasText = true;
+        input.textFollowed.notify_all();
     }
     return GST_PAD_PROBE_OK;
 }

@@ -34,9 +34,9 @@ private:
 
     void waitForText();
 
-    std::mutex _mutex;
-    std::condition_variable _textFollowed;
-    bool _hasText = true;
+    std::mutex mutex;
+    std::condition_variable textFollowed;
+    bool hasText = true;
 };
 
 }  // namespace tool

@@ -37,18 +37,18 @@ GstElement* build(const std::string& description) {
 
 }  // namespace
 
-Pipeline::Pipeline(const std::string& description) : _pipeline(build(description)) {}
+Pipeline::Pipeline(const std::string& description) : pipeline(build(description)) {}
 
 Pipeline::~Pipeline() {
-    gst_element_set_state(_pipeline.get(), GST_STATE_NULL);
+    gst_element_set_state(pipeline.get(), GST_STATE_NULL);
 }
 
 ElementPtr Pipeline::find(const char* element) const {
-    return ElementPtr(gst_bin_get_by_name(GST_BIN(_pipeline.get()), element));
+    return ElementPtr(gst_bin_get_by_name(GST_BIN(pipeline.get()), element));
 }
 
 void Pipeline::waitFor(GstMessageType type) {
-    const BusPtr bus(gst_element_get_bus(_pipeline.get()));
+    const BusPtr bus(gst_element_get_bus(pipeline.get()));
     const auto types = static_cast<GstMessageType>(static_cast<unsigned>(type) | GST_MESSAGE_ERROR);
     const MessagePtr message(gst_bus_timed_pop_filtered(bus.get(), patience, types));
     if (!message) {
@@ -61,19 +61,19 @@ void Pipeline::waitFor(GstMessageType type) {
 
 void Pipeline::pause() {
     // Where that fails, the reason is on the bus.
-    gst_element_set_state(_pipeline.get(), GST_STATE_PAUSED);
+    gst_element_set_state(pipeline.get(), GST_STATE_PAUSED);
     waitFor(GST_MESSAGE_ASYNC_DONE);
 }
 
 void Pipeline::run() {
-    gst_element_set_state(_pipeline.get(), GST_STATE_PLAYING);
+    gst_element_set_state(pipeline.get(), GST_STATE_PLAYING);
     waitFor(GST_MESSAGE_EOS);
 }
 
 void Pipeline::seek(std::uint64_t time) {
     constexpr auto flags = static_cast<GstSeekFlags>(static_cast<unsigned>(GST_SEEK_FLAG_FLUSH) |
                                                      static_cast<unsigned>(GST_SEEK_FLAG_ACCURATE));
-    if (gst_element_seek_simple(_pipeline.get(), GST_FORMAT_TIME, flags,
+    if (gst_element_seek_simple(pipeline.get(), GST_FORMAT_TIME, flags,
                                 static_cast<gint64>(time)) == FALSE) {
         throw Failure("the film cannot be searched for a time");
     }
@@ -82,7 +82,7 @@ void Pipeline::seek(std::uint64_t time) {
 
 std::optional<std::uint64_t> Pipeline::duration() const {
     gint64 duration = -1;
-    if (gst_element_query_duration(_pipeline.get(), GST_FORMAT_TIME, &duration) == FALSE ||
+    if (gst_element_query_duration(pipeline.get(), GST_FORMAT_TIME, &duration) == FALSE ||
         duration < 0) {
         return std::nullopt;
     }

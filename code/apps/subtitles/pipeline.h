@@ -44,7 +44,7 @@ public:
 private:
     void waitFor(GstMessageType type);
 
-    ElementPtr _pipeline;
+    ElementPtr pipeline;
 };
 
 }  // namespace tool
