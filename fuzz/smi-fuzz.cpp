@@ -31,6 +31,16 @@ void checkBuffers(const subtitles::SMILoader& loader) {
     }
 }
 
+/// Who wants languages alone is told the same ones, and whether there is any text.
+void checkLanguagesOnly(const fn::String& text, const subtitles::SMILoader& whole) {
+    subtitles::SMILoader loader;
+    loader.languagesOnly = true;
+    loader.parseText(text);
+    FUZZ_REQUIRE(loader.classes == whole.classes);
+    FUZZ_REQUIRE(loader.languages.size() == whole.languages.size());
+    FUZZ_REQUIRE(loader.buffers.empty() == whole.buffers.empty());
+}
+
 void checkLanguages(const subtitles::SMILoader& loader) {
     const auto languages = loader.getLanguages();
     FUZZ_REQUIRE(languages.size() == loader.classes.size());
@@ -48,6 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     analysis.parseText(text);
     checkBuffers(analysis);
     checkLanguages(analysis);
+    checkLanguagesOnly(text, analysis);
 
     subtitles::SMILoader loading;
     loading.parseStyleSheets = false;

@@ -12,6 +12,7 @@
 #include "foundation/exception.h"
 
 #include "tests/support/describe.h"
+#include "tests/support/file-watch.h"
 #include "tests/support/temporary-folder.h"
 
 namespace subtitles {
@@ -70,6 +71,17 @@ TEST_F(SMIFile, ReferencesLoadTheirLanguageOnly) {
               "5000000000+5000000000 [Second line]");
     EXPECT_NE(load(1).find("\xED\x95\x9C\xEA\xB8\x80"), std::string::npos);
     EXPECT_EQ(load(1), load(1, "CP949"));
+}
+
+TEST_F(SMIFile, IsReadOnceToDetectAndOnceToParse) {
+    const fn::Path path = fn::Path::parsePath(folder.writeFile("x.smi", twoLanguages));
+    const test::FileWatch watch(folder.path());
+    references = loader.analyzeFile(path);
+    EXPECT_EQ(watch.opened().size(), 2U);
+    load(0);
+    EXPECT_EQ(watch.opened().size(), 2U);
+    load(0, "CP949");
+    EXPECT_EQ(watch.opened().size(), 1U);
 }
 
 TEST_F(SMIFile, ExtensionCountsInAnyCase) {
