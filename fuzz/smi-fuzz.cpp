@@ -16,17 +16,19 @@
 
 namespace {
 
+void checkText(const subtitles::AttributedText& text) {
+    FUZZ_REQUIRE(!text.empty());
+    for (const auto& run : text) {
+        FUZZ_REQUIRE(!run.text.empty());
+    }
+}
+
 void checkBuffers(const subtitles::SMILoader& loader) {
     for (const auto& buffer : loader.buffers) {
         FUZZ_REQUIRE(GST_BUFFER_PTS(buffer.get()) <= 2147483647 * GST_MSECOND);
         FUZZ_REQUIRE(!GST_BUFFER_DURATION_IS_VALID(buffer.get()));
-        if (gst_buffer_get_size(buffer.get()) == 0) {
-            continue;
-        }
-        const subtitles::AttributedText text = subtitles::attributedTextFromBuffer(buffer.get());
-        FUZZ_REQUIRE(!text.empty());
-        for (const auto& run : text) {
-            FUZZ_REQUIRE(!run.text.empty());
+        if (gst_buffer_get_size(buffer.get()) != 0) {
+            checkText(subtitles::attributedTextFromBuffer(buffer.get()));
         }
     }
 }
