@@ -47,8 +47,11 @@ test=(
     libavformat-dev
     libbenchmark-dev
     libgmock-dev
+    libgstreamer-plugins-base1.0-dev
     libgtest-dev
     python3
+    xdotool
+    xvfb
 )
 develop=(
     abigail-tools
