@@ -49,6 +49,7 @@ test=(
     libgmock-dev
     libgstreamer-plugins-base1.0-dev
     libgtest-dev
+    libpango1.0-dev
     python3
     xdotool
     xvfb

@@ -2,11 +2,20 @@
 
 #include "subtitles/pango-markup.h"
 
+#include <cstddef>
+#include <fstream>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include "tests/support/describe.h"
+#include "tests/support/file-watch.h"
 #include "tests/support/temporary-folder.h"
 
 namespace subtitles {
@@ -142,12 +151,111 @@ constexpr SpanCase spanCases[] = {
 INSTANTIATE_TEST_SUITE_P(Cases, PangoSpan, testing::ValuesIn(spanCases),
                          [](const auto& test) { return test.param.name; });
 
-TEST(PangoMarkupText, NoEntityOpensAFile) {
+// A port of this machine, at which nobody must knock.
+class Listener {
+public:
+    Listener() : _socket(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
+        _address.sin_family = AF_INET;
+        _address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof(_address);
+        auto* const address = reinterpret_cast<sockaddr*>(&_address);
+        if (_socket < 0 || bind(_socket, address, size) != 0 || listen(_socket, 1) != 0 ||
+            getsockname(_socket, address, &size) != 0) {
+            throw std::runtime_error("no port to listen at");
+        }
+    }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+    ~Listener() { close(_socket); }
+
+    std::string url() const {
+        return "http://127.0.0.1:" + std::to_string(ntohs(_address.sin_port)) + "/secret";
+    }
+
+    /// Knocks, as a fetch would.
+    void call() const {
+        const int caller = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        connect(caller, reinterpret_cast<const sockaddr*>(&_address), sizeof(_address));
+        close(caller);
+    }
+
+    bool wasCalled() const { return accept(_socket, nullptr, nullptr) >= 0; }
+
+private:
+    int _socket;
+    sockaddr_in _address = {};
+};
+
+// Ways in which XML names something that is elsewhere.
+std::vector<std::string> markupsThatName(const std::string& place) {
+    const std::string quoted = '"' + place + '"';
+    return {
+        "<!DOCTYPE root [<!ENTITY x SYSTEM " + quoted + ">]><b>&x;</b>",
+        "<!DOCTYPE root SYSTEM " + quoted + "><b>x</b>",
+        "<!DOCTYPE root [<!ENTITY % x SYSTEM " + quoted + "> %x;]><b>x</b>",
+        "</root><!DOCTYPE root [<!ENTITY x SYSTEM " + quoted + ">]><root>&x;",
+        "<?xml version='1.0'?><!DOCTYPE root PUBLIC \"x\" " + quoted + "><b>x</b>",
+        "<?xml-stylesheet href=" + quoted + "?><b>x</b>",
+        "<x:include xmlns:x='http://www.w3.org/2001/XInclude' href=" + quoted +
+            " parse='text'/><b>x</b>",
+        "<span xmlns=" + quoted + " font=" + quoted + ">x</span>",
+        "<b xsi:noNamespaceSchemaLocation=" + quoted + ">x</b>",
+    };
+}
+
+TEST(PangoMarkupText, OpensNoFile) {
     const test::TemporaryFolder folder;
     const std::string path = folder.writeFile("secret", "SECRET");
-    const std::string markup =
-        "<!DOCTYPE root [<!ENTITY x SYSTEM \"file://" + path + "\">]><b>&x;</b>";
-    EXPECT_EQ(describe(pangoParkupToAttributedText(markup)).find("SECRET"), std::string::npos);
+    const test::FileWatch watch(folder.path());
+    for (const std::string& place : {path, "file://" + path}) {
+        for (const std::string& markup : markupsThatName(place)) {
+            EXPECT_EQ(describe(pangoParkupToAttributedText(markup)).find("SECRET"),
+                      std::string::npos);
+            EXPECT_TRUE(watch.opened().empty()) << markup;
+        }
+    }
+    EXPECT_TRUE(std::ifstream(path).is_open());
+    EXPECT_FALSE(watch.opened().empty());
+}
+
+TEST(PangoMarkupText, CallsNoAddress) {
+    const Listener listener;
+    for (const std::string& markup : markupsThatName(listener.url())) {
+        pangoParkupToAttributedText(markup);
+        EXPECT_FALSE(listener.wasCalled()) << markup;
+    }
+    listener.call();
+    EXPECT_TRUE(listener.wasCalled());
+}
+
+std::size_t lengthOf(const AttributedText& text) {
+    std::size_t length = 0;
+    for (const AttributedText::Run& run : text) {
+        length += run.text.size();
+    }
+    return length;
+}
+
+TEST(PangoMarkupText, DoesNotGrowByEntities) {
+    std::string declarations = "<!ENTITY e0 'haha'>";
+    for (int i = 1; i < 30; ++i) {
+        const std::string inner = "&e" + std::to_string(i - 1) + ";";
+        declarations += "<!ENTITY e" + std::to_string(i) + " '" + inner + inner + inner + "'>";
+    }
+    for (const std::string& markup :
+         {"<!DOCTYPE root [" + declarations + "]><b>&e29;</b>",
+          "</root><!DOCTYPE root [" + declarations + "]><root>&e29;",
+          "<![CDATA[" + declarations + "]]>&e29;", declarations + "<b>&e29;</b>"}) {
+        EXPECT_LE(lengthOf(pangoParkupToAttributedText(markup)), markup.size() + 1);
+    }
+}
+
+TEST(PangoMarkupText, NamedAndNumberedReferencesOnlyShrink) {
+    std::string markup;
+    for (int i = 0; i < 100000; ++i) {
+        markup += "&amp;&#x1F600;";
+    }
+    EXPECT_EQ(lengthOf(pangoParkupToAttributedText(markup)), 500000U);
 }
 
 TEST(PangoMarkupText, DeepNestingReturns) {
