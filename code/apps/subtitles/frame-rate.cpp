@@ -5,6 +5,8 @@
 #include <limits>
 #include <numeric>
 
+#include "decimal.h"
+
 namespace tool {
 
 namespace {
@@ -13,21 +15,6 @@ __extension__ typedef unsigned __int128 Wide;  // NOLINT(modernize-use-using): w
 
 constexpr std::size_t mostDigits = 18;  // so that every number is below 2^60
 constexpr std::uint64_t nanosecondsPerSecond = 1000000000;
-
-/// The whole number that the text is, digits and nothing else.
-std::optional<std::uint64_t> parseDigits(std::string_view text) {
-    if (text.empty() || text.size() > mostDigits) {
-        return std::nullopt;
-    }
-    std::uint64_t number = 0;
-    for (const char c : text) {
-        if (c < '0' || c > '9') {
-            return std::nullopt;
-        }
-        number = number * 10 + static_cast<std::uint64_t>(c - '0');
-    }
-    return number;
-}
 
 std::optional<FrameRate> inLowestTerms(std::optional<std::uint64_t> numerator,
                                        std::optional<std::uint64_t> denominator) {
@@ -47,20 +34,20 @@ std::optional<FrameRate> parseDecimal(std::string_view whole, std::string_view f
     if (whole.empty() || fraction.empty()) {
         return std::nullopt;
     }
-    return inLowestTerms(parseDigits(std::string(whole).append(fraction)), denominator);
+    return inLowestTerms(decimal(std::string(whole).append(fraction), mostDigits), denominator);
 }
 
 }  // namespace
 
 std::optional<FrameRate> parseFrameRate(std::string_view text) {
     if (const std::size_t slash = text.find('/'); slash != std::string_view::npos) {
-        return inLowestTerms(parseDigits(text.substr(0, slash)),
-                             parseDigits(text.substr(slash + 1)));
+        return inLowestTerms(decimal(text.substr(0, slash), mostDigits),
+                             decimal(text.substr(slash + 1), mostDigits));
     }
     if (const std::size_t point = text.find_first_of(".,"); point != std::string_view::npos) {
         return parseDecimal(text.substr(0, point), text.substr(point + 1));
     }
-    return inLowestTerms(parseDigits(text), 1);
+    return inLowestTerms(decimal(text, mostDigits), 1);
 }
 
 bool isPlausible(const FrameRate& rate) {

@@ -4,11 +4,14 @@
 
 #include <cstddef>
 
+#include "decimal.h"
+
 namespace tool {
 
 namespace {
 
 constexpr std::uint64_t nanosecondsPerSecond = 1000000000;
+constexpr std::size_t mostDigits = 9;
 constexpr std::uint64_t mostSeconds = 3600ULL * 1000000;
 
 std::string padded(std::uint64_t number, std::size_t width) {
@@ -29,27 +32,12 @@ std::string timeText(std::uint64_t steps, std::uint64_t stepsPerSecond, std::siz
            padded(seconds % 60, 2) + "." + padded(steps % stepsPerSecond, fractionWidth);
 }
 
-/// The number that the text is, of at most nine digits.
-std::optional<std::uint64_t> parseDigits(std::string_view text) {
-    if (text.empty() || text.size() > 9) {
-        return std::nullopt;
-    }
-    std::uint64_t number = 0;
-    for (const char c : text) {
-        if (c < '0' || c > '9') {
-            return std::nullopt;
-        }
-        number = number * 10 + static_cast<std::uint64_t>(c - '0');
-    }
-    return number;
-}
-
 /// Seconds from "h:m:s", "m:s" or "s".
 std::optional<std::uint64_t> parseSeconds(std::string_view text) {
     std::uint64_t seconds = 0;
     for (int part = 0; part < 3; ++part) {
         const std::size_t colon = text.find(':');
-        const std::optional<std::uint64_t> number = parseDigits(text.substr(0, colon));
+        const std::optional<std::uint64_t> number = decimal(text.substr(0, colon), mostDigits);
         if (!number || (part > 0 && *number >= 60)) {
             return std::nullopt;
         }
@@ -63,7 +51,7 @@ std::optional<std::uint64_t> parseSeconds(std::string_view text) {
 }
 
 std::optional<std::uint64_t> parseFraction(std::string_view text) {
-    std::optional<std::uint64_t> fraction = parseDigits(text);
+    std::optional<std::uint64_t> fraction = decimal(text, mostDigits);
     for (std::size_t width = text.size(); fraction && width < 9; ++width) {
         *fraction *= 10;
     }
