@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <gmock/gmock.h>
+#include <gst/gst.h>
 #include <gtest/gtest.h>
 
 #include "tests/apps/run-tool.h"
@@ -45,6 +46,16 @@ std::string sizeOf(const std::string& png) {
 
 class Preview : public testing::Test {
 protected:
+    void SetUp() override {
+        for (const char* const name : {"textoverlay", "timeoverlay", "pngenc", "theoraenc"}) {
+            GstElementFactory* const factory = gst_element_factory_find(name);
+            if (factory == nullptr) {
+                GTEST_SKIP() << "GStreamer has no " << name;
+            }
+            gst_object_unref(factory);
+        }
+    }
+
     ToolAnswer preview(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), "preview");
         return runTool(arguments);

@@ -2,12 +2,17 @@
 
 #include "plugins/gstreamer/subtitles-src.h"
 
-#include <random>
+#include <cstdint>
 #include <string>
+#include <utility>
 
-#include <gst/check/gstharness.h>
 #include <gtest/gtest.h>
 
+#include "foundation/path.h"
+
+#include "subtitles/subtitle-loader.h"
+
+#include "tests/plugins/element-harness.h"
 #include "tests/support/temporary-folder.h"
 
 namespace {
@@ -22,120 +27,7 @@ constexpr char ass[] =
     "Format: Layer, Start, End, Style, Name, MarginL, MarginR, MarginV, Effect, Text\n"
     "Dialogue: 0,0:00:01.00,0:00:02.00,Default,,0,0,0,,{\\i1}Hi{\\i0} there\n";
 
-/// The element in a harness: what comes out, as text.
-class Element {
-public:
-    explicit Element(const char* caps = nullptr) {
-        element = GST_ELEMENT(g_object_new(SUBTITLES_TYPE_SRC, nullptr));
-        gst_object_ref_sink(element);
-        harness = gst_harness_new_with_element(element, nullptr, "src");
-        if (caps != nullptr) {
-            gst_harness_set_sink_caps_str(harness, caps);
-        }
-        bus = gst_bus_new();
-        gst_element_set_bus(element, bus);
-    }
-    Element(const Element&) = delete;
-    Element& operator=(const Element&) = delete;
-    ~Element() {
-        gst_harness_teardown(harness);
-        gst_element_set_bus(element, nullptr);
-        gst_object_unref(bus);
-        gst_object_unref(element);
-    }
-
-    template <class... Args>
-    void set(const char* name, Args... args) {
-        g_object_set(element, name, args..., nullptr);
-    }
-
-    void play() { gst_harness_play(harness); }
-
-    /// The next buffer: "1000+1000 text" in milliseconds; empty at the end of the stream.
-    std::string next() {
-        GstBuffer* const buffer = pull();
-        if (buffer == nullptr) {
-            return "";
-        }
-        std::string text(gst_buffer_get_size(buffer), '\0');
-        gst_buffer_extract(buffer, 0, text.data(), text.size());
-        text = std::to_string(GST_BUFFER_PTS(buffer) / GST_MSECOND) + "+" +
-               std::to_string(GST_BUFFER_DURATION(buffer) / GST_MSECOND) + " " + text;
-        gst_buffer_unref(buffer);
-        return text;
-    }
-
-    /// The next buffer, which the caller owns; null when the stream has ended, or after ten
-    /// seconds without either.
-    GstBuffer* pull() {
-        for (int i = 0; i < 10000; ++i) {
-            // The end is looked for first: a buffer that came before it is in the queue by then.
-            collectEvents();
-            if (GstBuffer* const buffer = gst_harness_try_pull(harness)) {
-                return buffer;
-            }
-            if (ended) {
-                return nullptr;
-            }
-            g_usleep(1000);
-        }
-        return nullptr;
-    }
-
-    /// The events up to now: gaps with their times in milliseconds, others by name.
-    const std::string& events() {
-        collectEvents();
-        return eventTexts;
-    }
-
-    void collectEvents() {
-        while (GstEvent* const event = gst_harness_try_pull_event(harness)) {
-            eventTexts += eventTexts.empty() ? "" : " ";
-            eventTexts += GST_EVENT_TYPE_NAME(event);
-            if (GST_EVENT_TYPE(event) == GST_EVENT_GAP) {
-                GstClockTime start = 0;
-                GstClockTime duration = 0;
-                gst_event_parse_gap(event, &start, &duration);
-                eventTexts += "(" + std::to_string(start / GST_MSECOND) + "+" +
-                              std::to_string(duration / GST_MSECOND) + ")";
-            }
-            // A flush takes an end back.
-            ended = GST_EVENT_TYPE(event) == GST_EVENT_EOS ||
-                    (ended && GST_EVENT_TYPE(event) != GST_EVENT_FLUSH_STOP);
-            gst_event_unref(event);
-        }
-    }
-
-    bool seek(double rate, GstClockTime from, GstClockTime to = GST_CLOCK_TIME_NONE) {
-        return gst_harness_push_upstream_event(
-                   harness, gst_event_new_seek(
-                                rate, GST_FORMAT_TIME, GST_SEEK_FLAG_FLUSH, GST_SEEK_TYPE_SET,
-                                static_cast<gint64>(from),
-                                to == GST_CLOCK_TIME_NONE ? GST_SEEK_TYPE_NONE : GST_SEEK_TYPE_SET,
-                                static_cast<gint64>(to))) != FALSE;
-    }
-
-    /// The text of the first error on the bus.
-    std::string error() {
-        GstMessage* const message =
-            gst_bus_timed_pop_filtered(bus, 5 * GST_SECOND, GST_MESSAGE_ERROR);
-        if (message == nullptr) {
-            return "";
-        }
-        GError* error = nullptr;
-        gst_message_parse_error(message, &error, nullptr);
-        const std::string text = error->message;
-        g_error_free(error);
-        gst_message_unref(message);
-        return text;
-    }
-
-    GstElement* element;
-    GstHarness* harness;
-    GstBus* bus;
-    std::string eventTexts;
-    bool ended = false;
-};
+using test::Element;
 
 class SubtitlesSrcTest : public testing::Test {
 protected:
@@ -212,35 +104,6 @@ TEST_F(SubtitlesSrcTest, AnswersDurationWhenItHasReadTheFile) {
     EXPECT_FALSE(gst_element_query_duration(element.element, GST_FORMAT_BYTES, &duration));
 }
 
-TEST_F(SubtitlesSrcTest, SeekSendsTheCueThatIsOnTheScreen) {
-    Element element;
-    element.set("location", write("a.srt", srt).c_str());
-    element.play();
-    element.next();
-    ASSERT_TRUE(element.seek(1.0, 5500 * GST_MSECOND));
-    std::string cue = element.next();
-    // What was in the queue ahead of the flush may still come out of the harness.
-    while (cue.rfind("4000", 0) != 0) {
-        ASSERT_NE(cue, "");
-        cue = element.next();
-    }
-    EXPECT_EQ(cue, "4000+2000 Three");
-    EXPECT_EQ(element.next(), "5000+2000 Four");
-}
-
-TEST_F(SubtitlesSrcTest, PlaysBackwards) {
-    Element element;
-    element.set("location", write("a.srt", srt).c_str());
-    gst_element_set_state(element.element, GST_STATE_PAUSED);
-    ASSERT_TRUE(element.seek(-1.0, 0, 4500 * GST_MSECOND));
-    element.play();
-    std::string all;
-    for (std::string cue = element.next(); !cue.empty(); cue = element.next()) {
-        all += "[" + cue.substr(0, cue.find(' ')) + "]";
-    }
-    EXPECT_NE(all.find("[4000+2000][1000+1000]"), std::string::npos) << all;
-}
-
 TEST_F(SubtitlesSrcTest, MissingFileIsAnErrorThatNamesIt) {
     Element element;
     element.set("location", "/nowhere/a.srt");
@@ -263,18 +126,179 @@ TEST_F(SubtitlesSrcTest, UnknownEncodingIsAnError) {
     EXPECT_NE(element.error().find("no-such-encoding"), std::string::npos);
 }
 
-TEST_F(SubtitlesSrcTest, FramesScaleWithoutDrift) {
+// A cue each ten minutes, for more than three hours.
+TEST_F(SubtitlesSrcTest, FramesBecomeTimesWithoutDrift) {
+    constexpr unsigned distance = 14385;
+    std::string text;
+    for (unsigned i = 1; i <= 20; ++i) {
+        text +=
+            "{" + std::to_string(i * distance) + "}{" + std::to_string(i * distance + 24) + "}a\n";
+    }
     Element element("text/x-raw, format=utf8");
-    // Three hours at 24000/1001 frames a second.
-    element.set("location", write("a.sub", "{0}{24}a\n{258942}{258966}b\n").c_str(), "video-fps",
-                24000, 1001);
+    element.set("location", write("a.sub", text).c_str(), "video-fps", 24000, 1001);
     element.play();
-    EXPECT_EQ(element.next(), "0+1001 a");
-    GstBuffer* const buffer = element.pull();
-    ASSERT_NE(buffer, nullptr);
-    // 258942 * 1001 / 24000 seconds, cut to whole nanoseconds.
-    EXPECT_EQ(GST_BUFFER_PTS(buffer), 10800039250000U);
-    gst_buffer_unref(buffer);
+    for (std::uint64_t i = 1; i <= 20; ++i) {
+        GstBuffer* const buffer = element.pull();
+        ASSERT_NE(buffer, nullptr);
+        // A frame takes 1001 / 24000 seconds, which are 125125000 / 3 nanoseconds.
+        const std::uint64_t start = i * distance * 125125000 / 3;
+        const std::uint64_t end = (i * distance + 24) * 125125000 / 3;
+        EXPECT_EQ(GST_BUFFER_PTS(buffer), start);
+        EXPECT_EQ(GST_BUFFER_DURATION(buffer), end - start);
+        gst_buffer_unref(buffer);
+    }
+}
+
+TEST_F(SubtitlesSrcTest, TextOfAnErrorIsTheOnlyOneOfItsKind) {
+    Element element;
+    element.set("location", "/nowhere/a.srt");
+    element.play();
+    EXPECT_EQ(element.error(), "Cannot open '/nowhere/a.srt': No such file or directory");
+    // The base class adds where the stream stopped, and nothing opens the file again.
+    EXPECT_EQ(element.error(), "Internal data stream error.");
+    EXPECT_EQ(element.error(0), "");
+}
+
+TEST_F(SubtitlesSrcTest, FileIsOpenedOnTheStreamingThread) {
+    Element element;
+    element.set("location", "/nowhere/a.srt");
+    EXPECT_EQ(gst_element_set_state(element.element, GST_STATE_PLAYING), GST_STATE_CHANGE_SUCCESS);
+    EXPECT_EQ(element.error(), "Cannot open '/nowhere/a.srt': No such file or directory");
+}
+
+TEST_F(SubtitlesSrcTest, NothingToReadIsAnError) {
+    Element element;
+    element.set("location", nullptr);
+    element.play();
+    EXPECT_EQ(element.error(), "No subtitle file was given");
+}
+
+TEST_F(SubtitlesSrcTest, ErrorIsForgottenWithTheNextFile) {
+    Element element("text/x-raw, format=utf8");
+    element.set("location", "/nowhere/a.srt");
+    element.play();
+    EXPECT_NE(element.error(), "");
+    gst_element_set_state(element.element, GST_STATE_READY);
+    element.set("location", write("a.srt", srt).c_str());
+    element.play();
+    EXPECT_EQ(element.nextAfterEnd(), "1000+1000 One & two");
+}
+
+constexpr char smi[] =
+    "<SAMI><HEAD><STYLE><!-- .ENCC {Name:English; lang:en-US;} .KRCC {Name:Korean; lang:ko-KR;} -->"
+    "</STYLE></HEAD><BODY>"
+    "<SYNC Start=1000><P Class=ENCC>Yes<P Class=KRCC>No"
+    "<SYNC Start=2000><P Class=ENCC>&nbsp;<P Class=KRCC>&nbsp;</BODY></SAMI>";
+
+TEST_F(SubtitlesSrcTest, LanguageChoosesOfAFileWithSeveral) {
+    const std::string path = write("a.smi", smi);
+    for (const char* const language : {"ko", "KO", "Korean", "krcc", "kor"}) {
+        Element element("text/x-raw, format=utf8");
+        element.set("location", path.c_str(), "language", language);
+        element.play();
+        EXPECT_EQ(element.next(), "1000+999 No") << language;
+    }
+    Element element("text/x-raw, format=utf8");
+    element.set("location", path.c_str());
+    element.play();
+    EXPECT_EQ(element.next(), "1000+999 Yes");
+}
+
+TEST_F(SubtitlesSrcTest, LanguageThatIsNotThereIsAnError) {
+    Element element;
+    const std::string path = write("a.smi", smi);
+    element.set("location", path.c_str(), "language", "fr");
+    element.play();
+    EXPECT_EQ(element.error(), "'" + path + "' holds no subtitles in the language 'fr'");
+}
+
+TEST_F(SubtitlesSrcTest, ReferenceGoesBeforeALocation) {
+    const std::string path = write("a.smi", smi);
+    for (subtitles::SubtitleLoader* const loader : subtitles::SubtitleLoader::getAllLoaders()) {
+        for (const auto& reference : loader->analyzeFile(fn::Path::parsePath(path))) {
+            Element element("text/x-raw, format=utf8");
+            element.set("reference", reference.serialize().c_str(), "location", "/nowhere/a.srt");
+            element.play();
+            EXPECT_EQ(element.next(),
+                      reference.languageCode == "ko" ? "1000+999 No" : "1000+999 Yes");
+        }
+    }
+}
+
+TEST_F(SubtitlesSrcTest, BrokenReferenceIsAnError) {
+    for (const char* const reference : {"{", "7", "{}"}) {
+        Element element;
+        element.set("reference", reference);
+        element.play();
+        EXPECT_NE(element.error(), "") << reference;
+    }
+}
+
+TEST_F(SubtitlesSrcTest, EncodingIsTakenAsGiven) {
+    const std::string path = write("a.srt", "1\n00:00:01,000 --> 00:00:02,000\n\xC0\xC1\n");
+    Element element("text/x-raw, format=utf8");
+    element.set("location", path.c_str(), "subtitle-encoding", "windows-1251");
+    element.play();
+    EXPECT_EQ(element.next(), "1000+1000 \xD0\x90\xD0\x91");
+}
+
+// The language, the title and the stream, which a player's menu is made of.
+TEST_F(SubtitlesSrcTest, StreamStartTellsLanguageAndTitle) {
+    const std::string path = write("a.smi", smi);
+    std::string ids[2];
+    for (std::string& id : ids) {
+        Element element;
+        element.set("location", path.c_str(), "language", "ko");
+        element.play();
+        element.next();
+        const test::StreamStart start(element.harness->sinkpad);
+        EXPECT_EQ(start.tags(), "language-code=ko language-name=Korean title=Korean");
+        EXPECT_EQ(start.type(), GST_STREAM_TYPE_TEXT);
+        EXPECT_EQ(start.flags(), GST_STREAM_FLAG_SPARSE);
+        id = start.id();
+    }
+    EXPECT_EQ(ids[0], ids[1]);
+    Element english;
+    english.set("location", path.c_str(), "language", "en");
+    english.play();
+    english.next();
+    EXPECT_NE(test::StreamStart(english.harness->sinkpad).id(), ids[0]);
+}
+
+TEST_F(SubtitlesSrcTest, CueWithoutTextIsPartOfAGap) {
+    Element element("text/x-raw, format=utf8");
+    element.set(
+        "location",
+        write("a.ass", std::string(ass) + "Dialogue: 0,0:00:03.00,0:00:04.00,D,,0,0,0,,{\\i1}\n"
+                                          "Dialogue: 0,0:00:05.00,0:00:06.00,D,,0,0,0,,Bye\n")
+            .c_str());
+    element.play();
+    EXPECT_EQ(element.next(), "1000+1000 Hi there");
+    EXPECT_EQ(element.next(), "5000+1000 Bye");
+    EXPECT_EQ(element.next(), "");
+    EXPECT_EQ(element.events(), "stream-start caps segment tag gap(0+1000) gap(2000+3000) eos");
+}
+
+TEST_F(SubtitlesSrcTest, PropertiesAreGivenBack) {
+    Element element;
+    element.set("location", "a", "reference", "b", "language", "c", "subtitle-encoding", "d");
+    element.set("video-fps", 30000, 1001);
+    for (const auto& [name, value] : {std::pair{"location", "a"},
+                                      {"reference", "b"},
+                                      {"language", "c"},
+                                      {"subtitle-encoding", "d"},
+                                      {"detected-format", ""},
+                                      {"detected-encoding", ""}}) {
+        gchar* text = nullptr;
+        g_object_get(element.element, name, &text, nullptr);
+        EXPECT_STREQ(text, value) << name;
+        g_free(text);
+    }
+    int numerator = 0;
+    int denominator = 0;
+    g_object_get(element.element, "video-fps", &numerator, &denominator, nullptr);
+    EXPECT_EQ(numerator, 30000);
+    EXPECT_EQ(denominator, 1001);
 }
 
 TEST_F(SubtitlesSrcTest, TellsWhatItDetected) {

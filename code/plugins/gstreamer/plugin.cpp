@@ -16,4 +16,4 @@ gboolean initialize(GstPlugin* plugin) {
 
 GST_PLUGIN_DEFINE(GST_VERSION_MAJOR, GST_VERSION_MINOR, subtitles,
                   "Text subtitles from files: SRT, MicroDVD, ASS, SSA and SMI", initialize,
-                  SUBTITLES_VERSION, "LGPL", "subtitles", "https://gstreamer.freedesktop.org/")
+                  SUBTITLES_VERSION, "LGPL", "subtitles", "Unknown package origin")

@@ -21,18 +21,41 @@ GstTagList* makeTags(const SubtitleReference& reference) {
     return tags;
 }
 
-GstEvent* describeStream(GstEvent* streamStart, const SubtitleReference& reference) {
-    const gchar* id = nullptr;
-    gst_event_parse_stream_start(streamStart, &id);
+namespace {
+
+/// One file may hold several streams.
+fn::String nameInFile(const SubtitleReference& reference) {
+    const auto name = reference.loaderProperties.find("class");
+    return name != reference.loaderProperties.end() ? name->second : fn::String("text");
+}
+
+GstStream* makeStream(const gchar* id, const SubtitleReference& reference) {
     GstStream* const stream =
         gst_stream_new(id, nullptr, GST_STREAM_TYPE_TEXT, GST_STREAM_FLAG_SPARSE);
     GstTagList* const tags = makeTags(reference);
     gst_stream_set_tags(stream, tags);
     gst_tag_list_unref(tags);
-    GstEvent* const event = GST_EVENT_CAST(gst_event_make_writable(streamStart));
+    return stream;
+}
+
+}  // namespace
+
+GstEvent* describeStream(GstEvent* streamStart, GstPad* pad, const SubtitleReference& reference) {
+    GstElement* const element = gst_pad_get_parent_element(pad);
+    gchar* const id = gst_pad_create_stream_id(pad, element, nameInFile(reference).c_str());
+    gst_object_unref(element);
+    GstEvent* const event = gst_event_new_stream_start(id);
+    gst_event_set_seqnum(event, gst_event_get_seqnum(streamStart));
+    guint group = 0;
+    if (gst_event_parse_group_id(streamStart, &group) != FALSE) {
+        gst_event_set_group_id(event, group);
+    }
+    GstStream* const stream = makeStream(id, reference);
     gst_event_set_stream(event, stream);
     gst_event_set_stream_flags(event, GST_STREAM_FLAG_SPARSE);
     gst_object_unref(stream);
+    g_free(id);
+    gst_event_unref(streamStart);
     return event;
 }
 

@@ -12,8 +12,9 @@ namespace subtitles::element {
 /// The language and the title of the subtitle. The caller owns the list.
 GstTagList* makeTags(const SubtitleReference& reference);
 
-/// Puts a text stream with these tags into a stream-start event, of which it takes the reference.
-/// The caller owns the event that comes back.
-GstEvent* describeStream(GstEvent* streamStart, const SubtitleReference& reference);
+/// The stream-start event of the pad in place of another one, which it takes: with a text stream
+/// that has these tags, and an identity that stays the same from one run to the next. The caller
+/// owns the event that comes back.
+GstEvent* describeStream(GstEvent* streamStart, GstPad* pad, const SubtitleReference& reference);
 
 }  // namespace subtitles::element

@@ -14,61 +14,12 @@
 
 #include <foundation/exception.h>
 
-#include "plugins/gstreamer/cue-cursor.h"
-#include "plugins/gstreamer/cue-track.h"
 #include "plugins/gstreamer/payload.h"
 #include "plugins/gstreamer/stream-tags.h"
+#include "plugins/gstreamer/subtitles-src-state.h"
 
 GST_DEBUG_CATEGORY_STATIC(subtitles_src_debug);
 #define GST_CAT_DEFAULT subtitles_src_debug
-
-namespace {
-
-using subtitles::element::CueCursor;
-using subtitles::element::CueTrack;
-using subtitles::element::Span;
-using subtitles::element::TrackRequest;
-
-enum class Payload { PangoMarkup, PlainText, ASS };
-
-enum Property : guint {
-    Location = 1,
-    Reference,
-    Language,
-    SubtitleEncoding,
-    VideoFps,
-    DetectedFormat,
-    DetectedEncoding,
-    CueCount,
-};
-
-/// All that the element knows. Up to `track`, which is set once and then only read, the object's
-/// lock guards the fields: properties, caps and duration are asked for from any thread. All else
-/// belongs to the streaming thread.
-struct State {
-    TrackRequest request;
-    fn::String detectedFormat;
-    fn::String detectedEncoding;
-    guint cueCount = 0;
-    GstClockTime duration = GST_CLOCK_TIME_NONE;
-    guint32 seqnum = GST_SEQNUM_INVALID;  ///< Of the last seek.
-
-    std::shared_ptr<const CueTrack> track;
-
-    Payload payload = Payload::PangoMarkup;
-    std::optional<CueCursor> cursor;  ///< In the segment; nothing when that is new.
-    Span gap = {0, 0};                ///< To be told in front of the next buffer.
-    bool tagsPending = false;
-    bool segmentPending = true;
-    bool hasFailed = false;  ///< The error is on the bus by then.
-};
-
-}  // namespace
-
-struct _SubtitlesSrc {
-    GstBaseSrc parent;
-    State* state;
-};
 
 // The macro is C, and casts like it.
 #pragma GCC diagnostic push
@@ -78,69 +29,18 @@ G_DEFINE_TYPE(SubtitlesSrc, subtitles_src, GST_TYPE_BASE_SRC)
 
 namespace {
 
+using subtitles::element::CueTrack;
+using subtitles::element::ObjectLock;
+using subtitles::element::Payload;
+using subtitles::element::self;
+using subtitles::element::Span;
+using subtitles::element::State;
+using subtitles::element::TrackRequest;
+
 GstStaticPadTemplate sourceTemplate = GST_STATIC_PAD_TEMPLATE(
     "src", GST_PAD_SRC, GST_PAD_ALWAYS,
     GST_STATIC_CAPS("text/x-raw, format=(string)pango-markup; text/x-raw, format=(string)utf8; "
                     "application/x-ass"));
-
-SubtitlesSrc* self(gpointer object) {
-    return SUBTITLES_SRC(object);
-}
-
-class ObjectLock {
-public:
-    explicit ObjectLock(SubtitlesSrc* source) : _object(GST_OBJECT(source)) {
-        GST_OBJECT_LOCK(_object);
-    }
-    ObjectLock(const ObjectLock&) = delete;
-    ObjectLock& operator=(const ObjectLock&) = delete;
-    ~ObjectLock() { GST_OBJECT_UNLOCK(_object); }
-
-private:
-    GstObject* _object;
-};
-
-// Properties
-
-fn::String stringOf(const GValue* value) {
-    return fn::String(g_value_get_string(value));
-}
-
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
-    SubtitlesSrc* const source = self(object);
-    const ObjectLock lock(source);
-    TrackRequest& request = source->state->request;
-    switch (id) {
-        case Location: request.location = stringOf(value); break;
-        case Reference: request.reference = stringOf(value); break;
-        case Language: request.language = stringOf(value); break;
-        case SubtitleEncoding: request.encoding = stringOf(value); break;
-        case VideoFps:
-            request.fpsNumerator = gst_value_get_fraction_numerator(value);
-            request.fpsDenominator = gst_value_get_fraction_denominator(value);
-            break;
-        default: G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec); break;
-    }
-}
-
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
-    SubtitlesSrc* const source = self(object);
-    const ObjectLock lock(source);
-    const State& state = *source->state;
-    switch (id) {
-        case Location: g_value_set_string(value, state.request.location.c_str()); break;
-        case Reference: g_value_set_string(value, state.request.reference.c_str()); break;
-        case Language: g_value_set_string(value, state.request.language.c_str()); break;
-        case SubtitleEncoding: g_value_set_string(value, state.request.encoding.c_str()); break;
-        case VideoFps:
-            gst_value_set_fraction(value, state.request.fpsNumerator, state.request.fpsDenominator);
-            break;
-        case DetectedFormat: g_value_set_string(value, state.detectedFormat.c_str()); break;
-        case DetectedEncoding: g_value_set_string(value, state.detectedEncoding.c_str()); break;
-        case CueCount: g_value_set_uint(value, state.cueCount); break;
-        default: G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec); break;
-    }
-}
 
 // Loading
 
@@ -158,6 +58,7 @@ void publish(SubtitlesSrc* source, std::shared_ptr<const CueTrack> track) {
     }
     GST_INFO_OBJECT(source, "%u cues of type %s in %s", state.cueCount,
                     state.detectedFormat.c_str(), state.detectedEncoding.c_str());
+    subtitles::element::notifyDetected(source);
     gst_element_post_message(GST_ELEMENT(source),
                              gst_message_new_duration_changed(GST_OBJECT(source)));
 }
@@ -179,6 +80,7 @@ bool ensureLoaded(SubtitlesSrc* source) {
         GST_ELEMENT_ERROR(
             source, RESOURCE, OPEN_READ, ("%s", exception.what()),
             ("location '%s', encoding '%s'", request.location.c_str(), request.encoding.c_str()));
+        subtitles::element::forgetDetected(source);
         state.hasFailed = true;
         return false;
     }
@@ -358,19 +260,36 @@ gboolean isSeekable(GstBaseSrc*) {
     return TRUE;
 }
 
-gboolean query(GstBaseSrc* base, GstQuery* query) {
-    if (GST_QUERY_TYPE(query) != GST_QUERY_DURATION) {
-        return GST_BASE_SRC_CLASS(subtitles_src_parent_class)->query(base, query);
-    }
+gboolean answerDuration(SubtitlesSrc* source, GstQuery* query) {
     GstFormat format = GST_FORMAT_UNDEFINED;
     gst_query_parse_duration(query, &format, nullptr);
-    SubtitlesSrc* const source = self(base);
     const ObjectLock lock(source);
     if (format != GST_FORMAT_TIME || source->state->duration == GST_CLOCK_TIME_NONE) {
         return FALSE;
     }
     gst_query_set_duration(query, GST_FORMAT_TIME, static_cast<gint64>(source->state->duration));
     return TRUE;
+}
+
+/// Where the subtitles come from, which the stream's identity is made of.
+gboolean answerURI(SubtitlesSrc* source, GstQuery* query) {
+    const std::shared_ptr<const CueTrack> track = trackOf(source);
+    gchar* const uri =
+        track ? gst_filename_to_uri(track->reference().path.c_str(), nullptr) : nullptr;
+    if (uri == nullptr) {
+        return FALSE;
+    }
+    gst_query_set_uri(query, uri);
+    g_free(uri);
+    return TRUE;
+}
+
+gboolean query(GstBaseSrc* base, GstQuery* query) {
+    switch (GST_QUERY_TYPE(query)) {
+        case GST_QUERY_DURATION: return answerDuration(self(base), query);
+        case GST_QUERY_URI: return answerURI(self(base), query);
+        default: return GST_BASE_SRC_CLASS(subtitles_src_parent_class)->query(base, query);
+    }
 }
 
 // What comes from upstream and goes downstream beside the buffers
@@ -389,13 +308,14 @@ GstPadProbeReturn onBuffer(GstPad* pad, GstPadProbeInfo*, gpointer object) {
 }
 
 /// The stream's start tells what the stream is; so the file is read by then.
-GstPadProbeReturn onEvent(GstPad*, GstPadProbeInfo* info, gpointer object) {
+GstPadProbeReturn onEvent(GstPad* pad, GstPadProbeInfo* info, gpointer object) {
     SubtitlesSrc* const source = self(object);
     GstEvent* const event = GST_PAD_PROBE_INFO_EVENT(info);
     if (GST_EVENT_TYPE(event) == GST_EVENT_SEGMENT) {
         source->state->segmentPending = false;
     } else if (GST_EVENT_TYPE(event) == GST_EVENT_STREAM_START && ensureLoaded(source)) {
-        info->data = subtitles::element::describeStream(event, source->state->track->reference());
+        info->data =
+            subtitles::element::describeStream(event, pad, source->state->track->reference());
     }
     return GST_PAD_PROBE_OK;
 }
@@ -415,48 +335,6 @@ void finalize(GObject* object) {
 
 // The class
 
-void installProperty(GObjectClass* objectClass, Property id, GParamSpec* spec) {
-    g_object_class_install_property(objectClass, id, spec);
-}
-
-constexpr auto readWrite = static_cast<GParamFlags>(static_cast<unsigned>(G_PARAM_READWRITE) |
-                                                    static_cast<unsigned>(G_PARAM_STATIC_STRINGS) |
-                                                    static_cast<unsigned>(GST_PARAM_MUTABLE_READY));
-constexpr auto readOnly = static_cast<GParamFlags>(static_cast<unsigned>(G_PARAM_READABLE) |
-                                                   static_cast<unsigned>(G_PARAM_STATIC_STRINGS));
-
-void installProperties(GObjectClass* objectClass) {
-    installProperty(
-        objectClass, Location,
-        g_param_spec_string("location", "Location", "The subtitle file to read", "", readWrite));
-    installProperty(
-        objectClass, Reference,
-        g_param_spec_string("reference", "Reference",
-                            "A subtitle reference as JSON, in place of a location", "", readWrite));
-    installProperty(objectClass, Language,
-                    g_param_spec_string("language", "Language",
-                                        "Code or name of the language to take from a file that "
-                                        "holds several",
-                                        "", readWrite));
-    installProperty(
-        objectClass, SubtitleEncoding,
-        g_param_spec_string("subtitle-encoding", "Subtitle encoding",
-                            "Encoding of the file; \"auto\" detects it", "auto", readWrite));
-    installProperty(objectClass, VideoFps,
-                    gst_param_spec_fraction("video-fps", "Video frame rate",
-                                            "Frames a second, for files that count frames", 1, 1000,
-                                            1000, 1, 24000, 1001, readWrite));
-    installProperty(objectClass, DetectedFormat,
-                    g_param_spec_string("detected-format", "Detected format",
-                                        "Mime type of the file", "", readOnly));
-    installProperty(objectClass, DetectedEncoding,
-                    g_param_spec_string("detected-encoding", "Detected encoding",
-                                        "Encoding that the file was read in", "", readOnly));
-    installProperty(objectClass, CueCount,
-                    g_param_spec_uint("cue-count", "Cue count", "Number of cues in the file", 0,
-                                      G_MAXUINT, 0, readOnly));
-}
-
 void installOperations(GstBaseSrcClass* baseClass) {
     baseClass->stop = stop;
     baseClass->get_caps = getCaps;
@@ -474,10 +352,8 @@ void installOperations(GstBaseSrcClass* baseClass) {
 static void subtitles_src_class_init(SubtitlesSrcClass* klass) {
     GST_DEBUG_CATEGORY_INIT(subtitles_src_debug, "subtitlesrc", 0, "Subtitle file source");
     GObjectClass* const objectClass = G_OBJECT_CLASS(klass);
-    objectClass->set_property = setProperty;
-    objectClass->get_property = getProperty;
     objectClass->finalize = finalize;
-    installProperties(objectClass);
+    subtitles::element::installProperties(objectClass);
     installOperations(GST_BASE_SRC_CLASS(klass));
     GstElementClass* const elementClass = GST_ELEMENT_CLASS(klass);
     gst_element_class_add_static_pad_template(elementClass, &sourceTemplate);
