@@ -6,10 +6,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <list>
 #include <memory>
 #include <string>
 
 #include <benchmark/benchmark.h>
+#include <gst/gst.h>
 #include <libxml/HTMLparser.h>
 #include <uchardet/uchardet.h>
 
@@ -182,6 +184,23 @@ BENCHMARK_CAPTURE(shareOfLoad, UTF8_given, "UTF-8", false)->Unit(benchmark::kMil
 BENCHMARK_CAPTURE(shareOfLoad, UTF8_detected, "UTF-8", true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(shareOfLoad, CP949_given, "CP949", false)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(shareOfLoad, CP949_detected, "CP949", true)->Unit(benchmark::kMillisecond);
+
+/// What GStreamer takes alone to make the buffers of such a load: a cue and its end mark, in turn.
+void gstreamer(benchmark::State& state) {
+    constexpr int blocks = 30660;
+    constexpr std::size_t cueSize = 160;
+    for (auto _ : state) {
+        std::list<fn::AutoPtr<_GstBuffer>> buffers;
+        for (int i = 0; i < blocks; ++i) {
+            buffers.emplace_back(gst_buffer_new_allocate(nullptr, cueSize, nullptr));
+            buffers.emplace_back(gst_buffer_new());
+        }
+        state.PauseTiming();
+        buffers.clear();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(gstreamer)->Unit(benchmark::kMillisecond);
 
 struct Bad {
     const char* head;

@@ -169,7 +169,7 @@ void SMILoader::_endElement(void* context, const xmlChar* name) {
     auto* const loader = static_cast<SMILoader*>(context);
     loader->guarded([&] {
         loader->flushStyleText();
-        loader->endElement(fn::String(reinterpret_cast<const char*>(name)));
+        loader->end(toView(name));
     });
 }
 

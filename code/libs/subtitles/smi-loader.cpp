@@ -11,6 +11,8 @@
 
 #include <gst/gst.h>
 
+#include "foundation/utf8.h"
+
 #include "subtitles/attributed-text-buffer.h"
 
 namespace subtitles {
@@ -51,6 +53,14 @@ fn::String toString(fn::StringView text) {
 /// A byte of a text that does not stand for itself.
 bool isSpecial(char byte) {
     return byte == '\n' || byte == '\r' || byte == '\t';
+}
+
+/// Whether the text is empty or begins as white space, a no-break space or "&nbsp;" may: most texts
+/// do not, and need no closer look.
+bool beginsLikeABlank(const fn::String& text) {
+    const auto first = static_cast<unsigned char>(*text.c_str());
+    // Behind ASCII, white space is U+0085, U+00A0, U+1680 and some from U+2000 to U+3000.
+    return first <= ' ' || first == '&' || first == 0xC2 || (first >= 0xE1 && first <= 0xE3);
 }
 
 bool isInline(Element element) {
@@ -98,7 +108,14 @@ const fn::String& SMILoader::noteClass(fn::StringView name) {
     if (name.empty()) {
         return none;
     }
-    return *classes.insert(toString(name).toLowerCase()).first;
+    // A document has a few spellings of a few classes, and thousands of paragraphs.
+    const auto known = spellings.find(name);
+    if (known != spellings.end()) {
+        return known->second;
+    }
+    const fn::String spelling = toString(name);
+    classes.insert(spelling.toLowerCase());
+    return spellings.emplace(spelling, spelling.toLowerCase()).first->second;
 }
 
 void SMILoader::startParagraph(const fn::String& className) {
@@ -130,14 +147,15 @@ void SMILoader::startSync(fn::StringView time) {
 }
 
 void SMILoader::endElement(const fn::String& name) {
-    // The only name whose case plays no part here.
-    if (inStyle && name.toLowerCase() == "style") {
-        inStyle = false;
-    }
-    end(smi::elementOf(fn::to_string_view(name)));
+    end(fn::to_string_view(name));
 }
 
-void SMILoader::end(Element element) {
+void SMILoader::end(fn::StringView name) {
+    // The only name whose case plays no part here.
+    if (inStyle && toString(name).toLowerCase() == "style") {
+        inStyle = false;
+    }
+    const Element element = smi::elementOf(name);
     if (element == Element::Sync) {
         finishSync();
     }
@@ -172,10 +190,12 @@ void SMILoader::appendText(fn::StringView text) {
     const char* const end = position + text.size();
     while (position != end) {
         const char* const special = std::find_if(position, end, isSpecial);
-        run.text.append(position, special);
+        run.text.append(position, static_cast<std::size_t>(special - position));
         position = special;
         for (; position != end && isSpecial(*position); ++position) {
-            run.text.append(*position == '\t' ? 1 : 0, ' ');
+            if (*position == '\t') {
+                run.text += ' ';
+            }
         }
     }
 }
@@ -231,12 +251,12 @@ bool SMILoader::isBlankSync() const {
     if (runs.size() != 1) {
         return false;
     }
-    // Trimmed first: blanks between two no-break spaces are text.
-    fn::String text = runs.front().text.trim(true);
-    // What is taken away below begins with one of these bytes, so most texts need no search.
-    if (!text.empty() && text.front() != '&' && text.front() != '\xC2') {
+    const fn::String& whole = runs.front().text;
+    if (!beginsLikeABlank(whole) && fn::utf8::isValid(fn::to_string_view(whole))) {
         return false;
     }
+    // Trimmed first: blanks between two no-break spaces are text.
+    fn::String text = whole.trim(true);
     text.replaceAll("\xC2\xA0", "");
     text.replaceAll("&nbsp;", "");
     text.replaceAll("&nbsp", "");

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <list>
 #include <map>
 #include <set>
@@ -83,7 +84,7 @@ public:
 
 private:
     void start(smi::Element element, fn::StringView value);
-    void end(smi::Element element);
+    void end(fn::StringView name);
     const fn::String& noteClass(fn::StringView name);
     void startParagraph(const fn::String& className);
     bool isWanted(const fn::String& className) const;
@@ -99,6 +100,8 @@ private:
 
     void* htmlParser = nullptr;    ///< While `parseText` runs.
     std::exception_ptr exception;  ///< What an entry point caught.
+    /// What is in `classes`, by each spelling that a paragraph has.
+    std::map<fn::String, fn::String, std::less<>> spellings;
     fn::String styleText;          ///< The style element so far: it arrives in pieces.
     StyleSheetEffort styleEffort;  ///< Of all style elements together.
 };
