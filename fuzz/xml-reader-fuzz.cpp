@@ -26,56 +26,56 @@ bool isBlank(const fn::String& text) {
 /// The tags that are open, and how much was delivered.
 class Walk {
 public:
-    explicit Walk(XMLReader& reader) : _reader(reader) {}
+    explicit Walk(XMLReader& walked) : reader(walked) {}
 
     void visit() {
-        FUZZ_REQUIRE(!_reader.failed);
-        ++_nodes;
-        _bytes += _reader.value().size();
-        switch (_reader.nodeType()) {
+        FUZZ_REQUIRE(!reader.failed);
+        ++nodes;
+        bytes += reader.value().size();
+        switch (reader.nodeType()) {
             case XMLReader::StartTag: open(); break;
             case XMLReader::EndTag: close(); break;
             case XMLReader::Text:
-                FUZZ_REQUIRE(fn::utf8::isValid(fn::to_string_view(_reader.value())));
-                FUZZ_REQUIRE(!isBlank(_reader.value()) && !_openTags.empty());
+                FUZZ_REQUIRE(fn::utf8::isValid(fn::to_string_view(reader.value())));
+                FUZZ_REQUIRE(!isBlank(reader.value()) && !openTags.empty());
                 break;
             case XMLReader::WhiteSpace:
-                FUZZ_REQUIRE(isBlank(_reader.value()) && !_reader.value().empty());
+                FUZZ_REQUIRE(isBlank(reader.value()) && !reader.value().empty());
                 break;
-            default: FUZZ_REQUIRE(_reader.nodeType() != XMLReader::NoNode); break;
+            default: FUZZ_REQUIRE(reader.nodeType() != XMLReader::NoNode); break;
         }
     }
 
     void finish(std::size_t textSize) const {
-        FUZZ_REQUIRE(_reader.nodeType() == XMLReader::NoNode);
-        FUZZ_REQUIRE(!_reader.read(false));
-        FUZZ_REQUIRE(_reader.failed || (_openTags.empty() && _hadRoot));
+        FUZZ_REQUIRE(reader.nodeType() == XMLReader::NoNode);
+        FUZZ_REQUIRE(!reader.read(false));
+        FUZZ_REQUIRE(reader.failed || (openTags.empty() && hadRoot));
         // Entities may add the text's own size and a megabyte, an entity's first use not counted.
         const std::size_t limit = 20 * textSize + (1U << 22U);
-        FUZZ_REQUIRE(_nodes <= limit && _bytes <= limit);
+        FUZZ_REQUIRE(nodes <= limit && bytes <= limit);
     }
 
 private:
     void open() {
-        FUZZ_REQUIRE(!_reader.name().empty());
-        FUZZ_REQUIRE(!(_hadRoot && _openTags.empty()));
-        _hadRoot = true;
-        FUZZ_REQUIRE(_reader.hasAttribute("a") || _reader.getAttribute("a").empty());
-        if (!_reader.isEmptyElement()) {
-            _openTags.push_back(_reader.name());
+        FUZZ_REQUIRE(!reader.name().empty());
+        FUZZ_REQUIRE(!(hadRoot && openTags.empty()));
+        hadRoot = true;
+        FUZZ_REQUIRE(reader.hasAttribute("a") || reader.getAttribute("a").empty());
+        if (!reader.isEmptyElement()) {
+            openTags.push_back(reader.name());
         }
     }
 
     void close() {
-        FUZZ_REQUIRE(!_openTags.empty() && _openTags.back() == _reader.name());
-        _openTags.pop_back();
+        FUZZ_REQUIRE(!openTags.empty() && openTags.back() == reader.name());
+        openTags.pop_back();
     }
 
-    XMLReader& _reader;
-    std::vector<fn::String> _openTags;
-    bool _hadRoot = false;
-    std::size_t _nodes = 0;
-    std::size_t _bytes = 0;
+    XMLReader& reader;
+    std::vector<fn::String> openTags;
+    bool hadRoot = false;
+    std::size_t nodes = 0;
+    std::size_t bytes = 0;
 };
 
 }  // namespace

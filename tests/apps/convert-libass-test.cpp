@@ -31,20 +31,20 @@ struct Release {
 /// A script as libass has it in memory.
 class Script {
 public:
-    explicit Script(const std::string& path) : _library(ass_library_init()) {
+    explicit Script(const std::string& path) : library(ass_library_init()) {
         ass_set_message_cb(
-            _library.get(), [](int, const char*, va_list, void*) {}, nullptr);
+            library.get(), [](int, const char*, va_list, void*) {}, nullptr);
         std::string name = path;
-        _track.reset(ass_read_file(_library.get(), name.data(), nullptr));
+        loaded.reset(ass_read_file(library.get(), name.data(), nullptr));
     }
 
-    const ASS_Track& track() const { return *_track; }
+    const ASS_Track& track() const { return *loaded; }
 
     /// "1000+1500 text", in milliseconds.
     std::vector<std::string> events() const {
         std::vector<std::string> result;
-        for (int i = 0; i < _track->n_events; ++i) {
-            const ASS_Event& event = _track->events[i];
+        for (int i = 0; i < loaded->n_events; ++i) {
+            const ASS_Event& event = loaded->events[i];
             result.push_back(std::to_string(event.Start) + "+" + std::to_string(event.Duration) +
                              " " + event.Text);
         }
@@ -53,13 +53,13 @@ public:
 
     /// The colours (red, green, blue) of what is drawn at a time, in milliseconds.
     std::set<std::uint32_t> colorsAt(long long time) {
-        const std::unique_ptr<ASS_Renderer, Release> renderer(ass_renderer_init(_library.get()));
+        const std::unique_ptr<ASS_Renderer, Release> renderer(ass_renderer_init(library.get()));
         ass_set_frame_size(renderer.get(), 640, 360);
         ass_set_fonts(renderer.get(), nullptr, "sans-serif", ASS_FONTPROVIDER_AUTODETECT, nullptr,
                       1);
         std::set<std::uint32_t> colors;
         int change = 0;
-        for (const ASS_Image* image = ass_render_frame(renderer.get(), _track.get(), time, &change);
+        for (const ASS_Image* image = ass_render_frame(renderer.get(), loaded.get(), time, &change);
              image != nullptr; image = image->next) {
             colors.insert(image->color >> 8U);
         }
@@ -67,8 +67,8 @@ public:
     }
 
 private:
-    std::unique_ptr<ASS_Library, Release> _library;
-    std::unique_ptr<ASS_Track, Release> _track;
+    std::unique_ptr<ASS_Library, Release> library;
+    std::unique_ptr<ASS_Track, Release> loaded;
 };
 
 class ConvertForLibass : public testing::Test {
