@@ -186,16 +186,16 @@ std::string print(const Reading& reading) {
 // lowered holds nothing that is so again.
 class RandomMarkup {
 public:
-    explicit RandomMarkup(unsigned seed) : _engine(seed) {}
+    explicit RandomMarkup(unsigned seed) : engine(seed) {}
 
     std::string next() {
-        _sizes = 0;
-        _raised = false;
+        openSizes = 0;
+        inRaised = false;
         return content(4);
     }
 
 private:
-    std::size_t below(std::size_t limit) { return _engine() % limit; }
+    std::size_t below(std::size_t limit) { return engine() % limit; }
 
     template <std::size_t size>
     const char* oneOf(const std::array<const char*, size>& choices) {
@@ -231,7 +231,7 @@ private:
         if (kind == 0) {
             return span() + content(depth) + "</span>";
         }
-        if (kind == 1 && _sizes < 3) {
+        if (kind == 1 && openSizes < 3) {
             return sized(depth);
         }
         return wrapped(oneOf(plain), depth);
@@ -240,12 +240,12 @@ private:
     std::string sized(std::size_t depth) {
         static constexpr std::array<const char*, 2> sizes = {"big", "small"};
         static constexpr std::array<const char*, 2> shifts = {"sub", "sup"};
-        const bool raises = !_raised && below(2) == 0;
-        ++_sizes;
-        _raised = _raised || raises;
+        const bool raises = !inRaised && below(2) == 0;
+        ++openSizes;
+        inRaised = inRaised || raises;
         std::string result = wrapped(raises ? oneOf(shifts) : oneOf(sizes), depth);
-        --_sizes;
-        _raised = _raised && !raises;
+        --openSizes;
+        inRaised = inRaised && !raises;
         return result;
     }
 
@@ -262,9 +262,9 @@ private:
         return result;
     }
 
-    std::mt19937 _engine;
-    int _sizes = 0;
-    bool _raised = false;
+    std::mt19937 engine;
+    int openSizes = 0;
+    bool inRaised = false;
 };
 
 TEST(PangoComparison, RandomMarkupHasTheSameTextAndTheSameLooks) {
