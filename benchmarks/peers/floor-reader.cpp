@@ -43,7 +43,8 @@ public:
     FloorReader& operator=(const FloorReader&) = delete;
     ~FloorReader() override { FloorReader::release(); }
 
-    std::size_t read(const std::string& file) override {
+    std::size_t read(const std::string& source) override {
+        const std::string file = source;  // As every reader has to get the bytes from somewhere.
         format == Format::SRT ? readSRT(file) : readMicroDVD(file);
         return buffers.size();
     }

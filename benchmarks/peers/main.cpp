@@ -2,11 +2,12 @@
 //
 // subtitles beside its peers, in one run.
 //
-//   peers [ROUNDS]
+//   peers [ROUNDS [FORMAT]]
 //
-// Prints two tables in Markdown. Each round runs every reader on the file once, one after the
-// other, so that whatever else the machine does meets all of them. Times are the processor's, the
-// median of the rounds; a ratio is the median of the rounds' ratios, not the ratio of the medians.
+// Prints two tables in Markdown, of all formats or one. Each round runs every reader on the file
+// once, one after the other, so that whatever else the machine does meets all of them. Times are
+// the processor's, the median of the rounds; a ratio is the median of the rounds' ratios, not the
+// ratio of the medians.
 
 #include <algorithm>
 #include <cstdlib>
@@ -107,11 +108,11 @@ void print(const std::string& file, const std::vector<Contestant>& contestants, 
     std::fflush(stdout);
 }
 
-void comparePeers(int rounds) {
+void comparePeers(int rounds, const std::vector<Format>& formats) {
     fmt::print(
         "| format | file | reader | cues | ms | MB/s | times ours |\n"
         "| --- | ---: | --- | ---: | ---: | ---: | ---: |\n");
-    for (const Format format : peers::allFormats) {
+    for (const Format format : formats) {
         for (const std::size_t size : {100000U, 1000000U, 8388608U}) {
             const std::string file = peers::filmFile(format, size);
             std::vector<Contestant> contestants = contestantsFor(format);
@@ -122,11 +123,11 @@ void comparePeers(int rounds) {
 }
 
 // With the encoding unknown, beside what finding it takes alone.
-void compareDetection(int rounds) {
+void compareDetection(int rounds, const std::vector<Format>& formats) {
     fmt::print(
         "\n| format | encoding | file | ours, detecting: ms | uchardet alone: ms | "
         "our share of the whole |\n| --- | --- | ---: | ---: | ---: | ---: |\n");
-    for (const Format format : peers::allFormats) {
+    for (const Format format : formats) {
         for (const char* const encoding : {"windows-1250", "windows-1251", "windows-1252"}) {
             const std::string file = peers::filmFileIn(encoding, format, 2000000);
             std::vector<Contestant> contestants;
@@ -142,18 +143,30 @@ void compareDetection(int rounds) {
     }
 }
 
+/// The format of that name, or all.
+std::vector<Format> formatsNamed(const std::string& name) {
+    std::vector<Format> formats;
+    for (const Format format : peers::allFormats) {
+        if (name.empty() || name == peers::nameOf(format)) {
+            formats.push_back(format);
+        }
+    }
+    return formats;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     gst_init(nullptr, nullptr);
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 9;
-    if (rounds < 1) {
-        fmt::print(stderr, "usage: peers [ROUNDS]\n");
+    const std::vector<Format> formats = formatsNamed(argc > 2 ? argv[2] : "");
+    if (rounds < 1 || formats.empty()) {
+        fmt::print(stderr, "usage: peers [ROUNDS [FORMAT]]\n");
         return EXIT_FAILURE;
     }
     try {
-        comparePeers(rounds);
-        compareDetection(rounds);
+        comparePeers(rounds, formats);
+        compareDetection(rounds, formats);
     } catch (const std::exception& exception) {
         fmt::print(stderr, "{}\n", exception.what());
         return EXIT_FAILURE;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include <utility>
+
 #include <gst/gst.h>
 
 #include "foundation/auto-ptr.h"
@@ -31,10 +33,10 @@ Data parseSMI(const fn::String& text) {
     return data;
 }
 
-Data parse(Format format, const fn::String& text) {
+Data parse(Format format, fn::String text) {
     switch (format) {
         case Format::SRT: return subtitles::parseSRT(text);
-        case Format::MicroDVD: return subtitles::parseMicroDVD(text, -1);
+        case Format::MicroDVD: return subtitles::parseMicroDVD(std::move(text), -1);
         case Format::ASS: return subtitles::parseASS(text);
         case Format::SMI: return parseSMI(text);
     }

@@ -85,6 +85,11 @@ const char* lastSequence(StringView text) {
     return position;
 }
 
+/// An ASCII byte that is no white space, as most lines begin and end with.
+bool isASCIIGraph(char byte) {
+    return byte > ' ';
+}
+
 bool isSpaceAt(const char* position, const char* end) {
     return Unicode::isBreakingSpace(static_cast<int>(decode(position, end).codePoint));
 }
@@ -125,6 +130,9 @@ const char* findMalformed(const char* begin, const char* end) {
 }
 
 StringView trimmed(StringView text) {
+    if (!text.empty() && isASCIIGraph(text.front()) && isASCIIGraph(text.back())) {
+        return text;
+    }
     while (!text.empty() && isSpaceAt(text.data(), text.data() + text.size())) {
         text.remove_prefix(decode(text.data(), text.data() + text.size()).size);
     }

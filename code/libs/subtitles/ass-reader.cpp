@@ -16,6 +16,7 @@
 
 #include "foundation/utf8.h"
 
+#include "subtitles/buffer-blocks.h"
 #include "subtitles/text-lines.h"
 
 namespace subtitles {
@@ -130,11 +131,10 @@ bool startsLowered(fn::StringView text, fn::StringView word) {
     return fn::to_string_view(longest.toLowerCase()).substr(0, word.size()) == word;
 }
 
-fn::AutoPtr<_GstBuffer> makeBuffer(fn::StringView bytes) {
-    fn::AutoPtr<_GstBuffer> buffer(gst_buffer_new_allocate(nullptr, bytes.size(), nullptr));
-    // The buffer has just this size, so all of it is taken.
-    gst_buffer_fill(buffer.get(), 0, bytes.data(), bytes.size());
-    return buffer;
+fn::AutoPtr<_GstBuffer> makeBuffer(fn::StringView bytes, BufferBlocks& blocks) {
+    BufferBlocks::NewBuffer made = blocks.allocate(bytes.size());
+    std::copy(bytes.begin(), bytes.end(), made.bytes);
+    return std::move(made.buffer);
 }
 
 /// The line without the white space at its ends. Malformed text is refused as `trim` refuses it.
@@ -180,7 +180,8 @@ void appendEvent(fn::String& event, int readOrder, const Values& values) {
     }
 }
 
-void readEvents(TextLines& lines, const Columns& columns, SubtitleData& data) {
+void readEvents(TextLines& lines, const Columns& columns, BufferBlocks& blocks,
+                SubtitleData& data) {
     constexpr fn::StringView word = "dialogue:";
     int readOrder = 0;
     fn::String event;
@@ -196,7 +197,7 @@ void readEvents(TextLines& lines, const Columns& columns, SubtitleData& data) {
         }
         event.clear();
         appendEvent(event, readOrder++, values);
-        fn::AutoPtr<_GstBuffer> buffer = makeBuffer(fn::to_string_view(event));
+        fn::AutoPtr<_GstBuffer> buffer = makeBuffer(fn::to_string_view(event), blocks);
         GST_BUFFER_PTS(buffer.get()) = start;
         const GstClockTime end = toNanoseconds(findTime(values[End]));
         if (end != GST_CLOCK_TIME_NONE && end > start) {
@@ -220,12 +221,13 @@ fn::String getSegment(const std::vector<fn::String>& names, const std::vector<fn
 fn::AutoPtr<SubtitleData> parseASS(const fn::String& text) {
     TextLines lines(fn::to_string_view(text));
     const fn::String header = ass::readHeader(lines);
-    fn::AutoPtr<SubtitleData> data(new SubtitleData("application/x-ass",
-                                                    ass::makeBuffer(fn::to_string_view(header)),
-                                                    SubtitleData::NANOSECONDS));
+    BufferBlocks blocks;
+    fn::AutoPtr<SubtitleData> data(
+        new SubtitleData("application/x-ass", ass::makeBuffer(fn::to_string_view(header), blocks),
+                         SubtitleData::NANOSECONDS));
     const std::vector<fn::String> names = ass::readFormat(lines);
     if (!names.empty()) {
-        ass::readEvents(lines, ass::Columns(names), *data);
+        ass::readEvents(lines, ass::Columns(names), blocks, *data);
     }
     return data;
 }

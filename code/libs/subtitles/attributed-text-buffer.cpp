@@ -5,21 +5,25 @@
 // every field, its order and its width.
 //
 // A stream has a buffer for each cue, so making one has to be cheap: the size is known before
-// anything is written, and the bytes go straight into the buffer's own memory.
+// anything is written, the bytes go straight into the buffer's memory, and what is the same for all
+// cues without mark-up is copied in one go.
 
 #include "subtitles/attributed-text-buffer.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <new>
 #include <type_traits>
+#include <utility>
 
 #include <gst/gst.h>
 
 #include "foundation/string.h"
 
+#include "subtitles/attributed-text-writer.h"
+#include "subtitles/buffer-blocks.h"
 #include "subtitles/color.h"
 #include "subtitles/text-attributes-fields.h"
 
@@ -99,12 +103,12 @@ public:
         transfer(static_cast<std::uint32_t>(value));
     }
 
-private:
     void put(const void* bytes, std::size_t size) {
         std::memcpy(position, bytes, size);
         position += size;
     }
 
+private:
     std::uint8_t* position;
 };
 
@@ -164,11 +168,11 @@ private:
     bool whole = true;
 };
 
-// Keeps a buffer mapped as long as it lives.
+// Keeps a buffer mapped for reading as long as it lives.
 class Mapping {
 public:
-    Mapping(_GstBuffer* buffer, GstMapFlags flags) : mapped(buffer) {
-        isMapped = buffer != nullptr && gst_buffer_map(buffer, &info, flags) != FALSE;
+    explicit Mapping(_GstBuffer* buffer) : mapped(buffer) {
+        isMapped = buffer != nullptr && gst_buffer_map(buffer, &info, GST_MAP_READ) != FALSE;
     }
     Mapping(const Mapping&) = delete;
     Mapping& operator=(const Mapping&) = delete;
@@ -178,7 +182,7 @@ public:
         }
     }
 
-    std::uint8_t* data() const { return isMapped ? info.data : nullptr; }
+    const std::uint8_t* data() const { return isMapped ? info.data : nullptr; }
     std::size_t size() const { return isMapped ? info.size : 0; }
 
 private:
@@ -187,27 +191,50 @@ private:
     bool isMapped;
 };
 
+// All that stands before the text's length in a buffer of one run without attributes.
+using PlainHead = std::array<std::uint8_t, countSize + smallestRunSize - sizeof(std::uint32_t)>;
+
+PlainHead plainHead() {
+    std::array<std::uint8_t, countSize + smallestRunSize> bytes = {};
+    Writer writer(bytes.data());
+    writer.transfer(std::uint32_t{1});
+    const AttributedText::Run plain;
+    transferRun(writer, plain);
+    PlainHead head = {};
+    std::copy_n(bytes.begin(), head.size(), head.begin());
+    return head;
+}
+
 }  // namespace
 
-fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text) {
-    fn::AutoPtr<_GstBuffer> buffer(gst_buffer_new_allocate(nullptr, wireSize(text), nullptr));
-    // A new buffer is one block of memory, and mapping that is cheaper than mapping the buffer.
-    GstMemory* const memory = gst_buffer_peek_memory(buffer.get(), 0);
-    GstMapInfo info;
-    if (gst_memory_map(memory, &info, GST_MAP_WRITE) == FALSE) {
-        throw std::bad_alloc();
-    }
-    Writer writer(info.data);
+fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text, BufferBlocks& blocks) {
+    BufferBlocks::NewBuffer made = blocks.allocate(wireSize(text));
+    Writer writer(made.bytes);
     writer.transfer(static_cast<std::uint32_t>(text.size()));
     for (const AttributedText::Run& run : text) {
         transferRun(writer, run);
     }
-    gst_memory_unmap(memory, &info);
-    return buffer;
+    return std::move(made.buffer);
+}
+
+fn::AutoPtr<_GstBuffer> plainTextToBuffer(fn::StringView text, BufferBlocks& blocks) {
+    static const PlainHead head = plainHead();
+    const auto length = static_cast<std::uint32_t>(text.size());
+    BufferBlocks::NewBuffer made = blocks.allocate(head.size() + sizeof length + length);
+    Writer writer(made.bytes);
+    writer.put(head.data(), head.size());
+    writer.transfer(length);
+    writer.put(text.data(), length);
+    return std::move(made.buffer);
+}
+
+fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text) {
+    BufferBlocks blocks(0);  // A block for this buffer alone.
+    return attributedTextToBuffer(text, blocks);
 }
 
 AttributedText attributedTextFromBuffer(_GstBuffer* buffer) {
-    const Mapping mapping(buffer, GST_MAP_READ);
+    const Mapping mapping(buffer);
     Reader reader(mapping.data(), mapping.size());
     std::int32_t count = 0;
     reader.transfer(count);

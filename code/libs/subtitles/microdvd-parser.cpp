@@ -7,13 +7,12 @@
 
 #include "subtitles/microdvd-parser.h"
 
+#include <algorithm>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include <gst/gst.h>
 
-#include "foundation/exception.h"
 #include "foundation/utf8.h"
 
 #include "subtitles/attributed-text-buffer.h"
@@ -99,24 +98,29 @@ GstClockTime durationOf(GstClockTime start, long long end) {
     return end != -1 && endFrame > start ? endFrame - start : 0;
 }
 
-fn::AutoPtr<_GstBuffer> makeBuffer(const Entry& entry, const fn::String& markup) {
+fn::AutoPtr<_GstBuffer> makeBuffer(const Entry& entry, const fn::String& markup,
+                                   srt::CueFormatter& formatter) {
     const GstClockTime start = decimalNumber<std::uint32_t>(entry.start, 0);
     const long long end = decimalNumber<long long>(entry.end, -1);
-    // An entry whose text gives no run makes a buffer all the same.
-    fn::AutoPtr<_GstBuffer> buffer = attributedTextToBuffer(srt::parseFormatting(markup));
+    fn::AutoPtr<_GstBuffer> buffer = formatter.toBuffer(markup);
+    if (!buffer) {
+        // An entry whose text gives no run makes a buffer all the same.
+        buffer = attributedTextToBuffer(AttributedText());
+    }
     GST_BUFFER_PTS(buffer.get()) = start;
     GST_BUFFER_DURATION(buffer.get()) = durationOf(start, end);
     return buffer;
 }
 
-}  // namespace
+/// The lines before the first that is not valid UTF-8.
+fn::StringView validLines(fn::StringView text) {
+    const auto valid = static_cast<std::size_t>(
+        fn::utf8::findMalformed(text.data(), text.data() + text.size()) - text.data());
+    return valid == text.size() ? text : text.substr(0, text.rfind('\n', valid) + 1);
+}
 
-std::optional<Entry> findEntry(fn::StringView line) {
-    if (!fn::utf8::isValid(line)) {
-        // The expression refuses such a line in its own words.
-        std::vector<fn::RegularExpression::Match> groups;
-        pattern.match(fn::String(line), 0, groups);
-    }
+/// `findEntry` in a line that is valid UTF-8.
+std::optional<Entry> entryIn(fn::StringView line) {
     // A start that fails is given up at the next opening brace at the latest, so no byte is read
     // more than twice, however many braces there are.
     for (std::size_t open = line.find('{'); open != fn::StringView::npos;
@@ -128,7 +132,24 @@ std::optional<Entry> findEntry(fn::StringView line) {
     return {};
 }
 
+}  // namespace
+
+std::optional<Entry> findEntry(fn::StringView line) {
+    if (!fn::utf8::isValid(line)) {
+        // The expression refuses such a line in its own words.
+        std::vector<fn::RegularExpression::Match> groups;
+        pattern.match(fn::String(line), 0, groups);
+    }
+    return entryIn(line);
+}
+
 void rewriteCodes(fn::StringView text, fn::String& markup) {
+    if (text.find('{') == fn::StringView::npos) {
+        // As most entries are: no code but the line ends.
+        markup.assign(text);
+        std::replace(markup.begin(), markup.end(), '|', '\n');
+        return;
+    }
     markup.clear();
     rewriter.append(markup, text);
     removeBraceBlocks(markup);
@@ -140,26 +161,22 @@ void rewriteCodes(fn::StringView text, fn::String& markup) {
 fn::AutoPtr<SubtitleData> parseMicroDVD(fn::String text, int maxEntries) {
     fn::AutoPtr<SubtitleData> data(new SubtitleData(
         "application/x-attributed-text", fn::AutoPtr<_GstBuffer>(), SubtitleData::FRAMES));
-    TextLines lines(fn::to_string_view(text));
+    // Behind a malformed line the file is taken to be of another encoding. What was read before it
+    // is the result.
+    TextLines lines(microdvd::validLines(fn::to_string_view(text)));
+    srt::CueFormatter formatter;
     fn::String markup;  // Of one entry; kept for its memory.
     while (const auto line = lines.next()) {
-        try {
-            const auto entry = microdvd::findEntry(*line);
-            if (!entry) {
-                continue;
-            }
-            microdvd::rewriteCodes(entry->text, markup);
-            fn::AutoPtr<_GstBuffer> buffer = microdvd::makeBuffer(*entry, markup);
-            // The limit is looked at with the next entry in hand.
-            if (maxEntries != -1 && static_cast<long long>(data->buffers.size()) >= maxEntries) {
-                return data;
-            }
-            data->buffers.push_back(std::move(buffer));
-        } catch (const fn::Exception&) {
-            // Malformed UTF-8: behind it the file is taken to be of another encoding. What was
-            // read so far is the result.
-            return data;
+        const auto entry = microdvd::entryIn(*line);
+        if (!entry) {
+            continue;
         }
+        // The limit is looked at with the next entry in hand.
+        if (maxEntries != -1 && static_cast<long long>(data->buffers.size()) >= maxEntries) {
+            break;
+        }
+        microdvd::rewriteCodes(entry->text, markup);
+        data->buffers.push_back(microdvd::makeBuffer(*entry, markup, formatter));
     }
     return data;
 }

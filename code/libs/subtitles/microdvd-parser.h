@@ -29,8 +29,8 @@ struct Entry {
 std::optional<Entry> findEntry(fn::StringView line);
 
 /// Makes the text of an entry SRT mark-up: the control codes for italic, underline and bold become
-/// tags, "|" a line feed, and all other codes go. `markup` is replaced. Raises `fn::UTF8Exception`
-/// on malformed text.
+/// tags, "|" a line feed, and all other codes go. `markup` is replaced. The text must be valid
+/// UTF-8.
 void rewriteCodes(fn::StringView text, fn::String& markup);
 
 }  // namespace microdvd

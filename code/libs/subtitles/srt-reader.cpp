@@ -16,8 +16,6 @@
 #include "foundation/string-view.h"
 #include "foundation/utf8.h"
 
-#include "subtitles/attributed-text-buffer.h"
-#include "subtitles/attributed-text.h"
 #include "subtitles/gst-buffer-ptr.h"
 #include "subtitles/srt-time-line.h"
 #include "subtitles/subtitle-parser.h"
@@ -36,12 +34,13 @@ constexpr fn::StringView invalidEncoding =
 /// tag or colour it stands, and a file may have a malformed line in every two of its bytes.
 constexpr fn::StringView invalidEncodingAgain = "<<>>";
 
-/// Reads the lines up to a blank one into `text`. A line of white space alone is blank.
-void readCueText(TextLines& lines, fn::String& text) {
+/// Reads the lines up to a blank one into `text`. A line of white space alone is blank. Where the
+/// whole file is known to be valid, its lines are not looked through again.
+void readCueText(TextLines& lines, bool allValid, fn::String& text) {
     text.clear();
     fn::StringView notice = invalidEncoding;
     while (const auto line = lines.next()) {
-        const bool isValid = fn::utf8::isValid(*line);
+        const bool isValid = allValid || fn::utf8::isValid(*line);
         const fn::StringView trimmed = isValid ? fn::utf8::trimmed(*line) : notice;
         if (!isValid) {
             notice = invalidEncodingAgain;
@@ -62,12 +61,10 @@ bool isEmpty(const srt::TimeSpan& span) {
            span.end == GST_CLOCK_TIME_NONE;
 }
 
-void appendCue(SubtitleData& data, const srt::TimeSpan& span, const fn::String& text) {
-    const AttributedText runs = srt::parseFormatting(text);
-    if (runs.empty()) {
+void appendCue(SubtitleData& data, const srt::TimeSpan& span, fn::AutoPtr<GstBuffer> buffer) {
+    if (!buffer) {
         return;
     }
-    fn::AutoPtr<GstBuffer> buffer = attributedTextToBuffer(runs);
     GST_BUFFER_PTS(buffer.get()) = span.start;
     GST_BUFFER_DURATION(buffer.get()) = span.end - span.start;
     data.buffers.push_back(std::move(buffer));
@@ -79,14 +76,16 @@ fn::AutoPtr<SubtitleData> parseSRT(const fn::String& text) {
     fn::AutoPtr<SubtitleData> data(new SubtitleData(
         "application/x-attributed-text", fn::AutoPtr<GstBuffer>(), SubtitleData::NANOSECONDS));
     TextLines lines(fn::to_string_view(text));
+    const bool allValid = fn::utf8::isValid(fn::to_string_view(text));
+    srt::CueFormatter formatter;
     fn::String cueText;
     while (const auto line = lines.next()) {
         const std::optional<srt::TimeSpan> span = srt::parseTimeLine(*line);
         // A cue that would be shown for no time is dropped with its time line alone: the lines of
         // its text are no time lines, and so are passed over.
         if (span && !isEmpty(*span)) {
-            readCueText(lines, cueText);
-            appendCue(*data, *span, cueText);
+            readCueText(lines, allValid, cueText);
+            appendCue(*data, *span, formatter.toBuffer(cueText));
         }
     }
     return data;

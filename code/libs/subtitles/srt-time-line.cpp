@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "foundation/utf8.h"
@@ -126,6 +127,55 @@ GstClockTime toTime(const fn::StringView* groups) {
     return toTime(toUInt(groups[0]), toUInt(groups[1]), toUInt(groups[2]), toUInt(groups[3]));
 }
 
+/// How nearly every time line looks. Each 0 stands for a digit, each comma for one or for a point.
+constexpr fn::StringView usualLine = "00:00:00,000 --> 00:00:00,000";
+constexpr std::size_t startPosition = 0;
+constexpr std::size_t endPosition = 17;
+constexpr std::size_t fractionPosition = 8;  ///< Of its separator, in a time.
+
+/// Which bytes may stand where: from the lowest one on, so many more. Filled up to whole words with
+/// places where only NUL may stand.
+struct UsualBytes {
+    std::array<unsigned char, 32> lowest = {};
+    std::array<unsigned char, 32> span = {};
+};
+
+constexpr UsualBytes usualBytes() {
+    UsualBytes bytes;
+    for (std::size_t i = 0; i < usualLine.size(); ++i) {
+        bytes.lowest[i] = static_cast<unsigned char>(usualLine[i]);
+        bytes.span[i] = usualLine[i] == '0' ? 9 : usualLine[i] == ',' ? '.' - ',' : 0;
+    }
+    return bytes;
+}
+
+bool isUsual(fn::StringView line) {
+    static constexpr UsualBytes usual = usualBytes();
+    if (line.size() != usualLine.size()) {
+        return false;
+    }
+    std::array<unsigned char, 32> bytes = {};
+    std::memcpy(bytes.data(), line.data(), usualLine.size());
+    // No way out of the loop: so the compiler compares many bytes at once.
+    unsigned char beyond = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const auto distance = static_cast<unsigned char>(bytes[i] - usual.lowest[i]);
+        beyond |= static_cast<unsigned char>(distance > usual.span[i] ? 1 : 0);
+    }
+    // A hyphen lies between the comma and the point.
+    return beyond == 0 && line[startPosition + fractionPosition] != '-' &&
+           line[endPosition + fractionPosition] != '-';
+}
+
+/// The time at a position of a line that is as usual.
+GstClockTime usualTime(fn::StringView line, std::size_t position) {
+    const auto digit = [&](std::size_t i) {
+        return static_cast<std::uint32_t>(line[position + i] - '0');
+    };
+    return toTime(digit(0) * 10 + digit(1), digit(3) * 10 + digit(4), digit(6) * 10 + digit(7),
+                  digit(9) * 100 + digit(10) * 10 + digit(11));
+}
+
 }  // namespace
 
 GstClockTime parseNumber(const fn::String& line,
@@ -160,6 +210,9 @@ std::optional<TimeGroups> matchTimeLine(fn::StringView line) {
 }
 
 std::optional<TimeSpan> parseTimeLine(fn::StringView line) {
+    if (isUsual(line)) {
+        return TimeSpan{usualTime(line, startPosition), usualTime(line, endPosition)};
+    }
     const std::optional<TimeGroups> groups = matchTimeLine(line);
     if (!groups) {
         return std::nullopt;

@@ -14,24 +14,40 @@ namespace subtitles::srt {
 
 namespace {
 
-TextAttributes bold() {
+TextAttributes makeBold() {
     TextAttributes attributes;
     attributes.fontWeight = TextAttributes::FONT_WEIGHT_BOLD;
     attributes.attributeMask = TextAttributes::FONT_WEIGHT;
     return attributes;
 }
 
-TextAttributes italic() {
+TextAttributes makeItalic() {
     TextAttributes attributes;
     attributes.fontStyle = TextAttributes::FONT_STYLE_ITALIC;
     attributes.attributeMask = TextAttributes::FONT_STYLE;
     return attributes;
 }
 
-TextAttributes underlined() {
+TextAttributes makeUnderlined() {
     TextAttributes attributes;
     attributes.underline = TextAttributes::UNDERLINE_SINGLE;
     attributes.attributeMask = TextAttributes::UNDERLINE;
+    return attributes;
+}
+
+// A film has thousands of these tags, and a record is made of twenty fields.
+const TextAttributes& bold() {
+    static const TextAttributes attributes = makeBold();
+    return attributes;
+}
+
+const TextAttributes& italic() {
+    static const TextAttributes attributes = makeItalic();
+    return attributes;
+}
+
+const TextAttributes& underlined() {
+    static const TextAttributes attributes = makeUnderlined();
     return attributes;
 }
 
@@ -66,6 +82,15 @@ void Markup::perform(Action action, const char* at) {
         case Action::OpenColor: openColor(); break;
         case Action::CloseColor: close(TextAttributes::FOREGROUND_COLOR); break;
     }
+}
+
+void Markup::clear() {
+    state.text.clear();
+    state.open.clear();
+    state.result.clear();
+    colorBegin = nullptr;
+    colorEnd = nullptr;
+    openMask = 0;
 }
 
 void Markup::open(const TextAttributes& attributes) {

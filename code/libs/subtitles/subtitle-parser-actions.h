@@ -43,6 +43,9 @@ public:
     /// `AppendByte` for each byte of the range.
     void append(const char* begin, const char* end) { state.text.append(begin, end); }
 
+    /// Readies it for another text: no runs, nothing open. The memory of the last one is kept.
+    void clear();
+
     State state;
 
 private:

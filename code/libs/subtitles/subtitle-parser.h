@@ -2,9 +2,14 @@
 
 #pragma once
 
+#include <memory>
+
+#include "foundation/auto-ptr.h"
 #include "foundation/string.h"
 
 #include "subtitles/attributed-text.h"
+#include "subtitles/buffer-blocks.h"
+#include "subtitles/gst-buffer-ptr.h"
 
 namespace subtitles {
 
@@ -19,8 +24,28 @@ AttributedText parseSRTFormatting(const fn::String& text);
 
 namespace srt {
 
+class Markup;
+
 /// The same. `parseSRTFormatting` is its name for readers of other formats.
 AttributedText parseFormatting(const fn::String& text);
+
+/// Makes the buffers of cues, one after the other. What memory it needs for one it keeps for the
+/// next.
+class CueFormatter {
+public:
+    CueFormatter();
+    CueFormatter(const CueFormatter&) = delete;
+    CueFormatter& operator=(const CueFormatter&) = delete;
+    ~CueFormatter();
+
+    /// `attributedTextToBuffer` of `parseFormatting`. Null where there is no run.
+    fn::AutoPtr<_GstBuffer> toBuffer(const fn::String& text);
+
+private:
+    BufferBlocks blocks;
+    AttributedText runs;
+    std::unique_ptr<Markup> markup;
+};
 
 }  // namespace srt
 

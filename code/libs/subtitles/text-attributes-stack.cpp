@@ -88,7 +88,7 @@ void TextAttributesStack::removeAttributes(int mask) {
     }
 }
 
-TextAttributes TextAttributesStack::cummulativeAttributes() const {
+const TextAttributes& TextAttributesStack::cummulativeAttributes() const {
     static const TextAttributes defaults;
     forEachNumbered([&](std::uint32_t number, auto field) {
         // LETTER_SPACING counts only where GRAVITY brings it along.
@@ -112,6 +112,12 @@ TextAttributes TextAttributesStack::cummulativeAttributes() const {
     });
     stale = 0;
     return cumulative;
+}
+
+void TextAttributesStack::clear() {
+    while (!entries.empty()) {
+        removeNewestEntry();
+    }
 }
 
 void TextAttributesStack::removeNewestEntry() {

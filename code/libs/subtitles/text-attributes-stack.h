@@ -37,8 +37,11 @@ public:
     void removeAttributes(int mask);
 
     /// All entries laid over a default record from the oldest to the newest, in the manner of
-    /// `TextAttributes::applyTextAttributes`.
-    TextAttributes cummulativeAttributes() const;
+    /// `TextAttributes::applyTextAttributes`. Valid until the next change.
+    const TextAttributes& cummulativeAttributes() const;
+
+    /// Removes all entries.
+    void clear();
 
 private:
     static constexpr std::size_t _attributeCount = 20;
