@@ -230,6 +230,18 @@ TEST(SrtTimeLineOfRandomText, IsWhatTheExpressionSays) {
     EXPECT_LT(timeLines + errors, 25000);
 }
 
+TEST(SrtTimeLineOfTheUsualForm, IsWhatTheExpressionSaysWhateverByteIsChanged) {
+    const fn::String usual = "10:23:45,678 --> 98:76:54,321";
+    for (std::size_t at = 0; at < usual.size(); ++at) {
+        for (int byte = 0; byte < 256; ++byte) {
+            fn::String line = usual;
+            line[at] = static_cast<char>(byte);
+            ASSERT_EQ(parsed(line), matched(line, false))
+                << subtitles::escaped(fn::to_string_view(line));
+        }
+    }
+}
+
 // Long lines, on which the expression alone would take the square of their length.
 
 fn::String digits() {

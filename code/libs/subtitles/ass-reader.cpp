@@ -10,8 +10,13 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <iterator>
+#include <limits>
+#include <optional>
 #include <utility>
 
 #include "foundation/utf8.h"
@@ -131,73 +136,97 @@ bool startsLowered(fn::StringView text, fn::StringView word) {
     return fn::to_string_view(longest.toLowerCase()).substr(0, word.size()) == word;
 }
 
-fn::AutoPtr<_GstBuffer> makeBuffer(fn::StringView bytes, BufferBlocks& blocks) {
-    BufferBlocks::NewBuffer made = blocks.allocate(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), made.bytes);
-    return std::move(made.buffer);
+/// Behind the copied bytes.
+std::uint8_t* copyTo(std::uint8_t* to, fn::StringView bytes) {
+    if (!bytes.empty()) {
+        std::memcpy(to, bytes.data(), bytes.size());
+    }
+    return to + bytes.size();
 }
 
-/// The line without the white space at its ends. Malformed text is refused as `trim` refuses it.
-fn::StringView trimmedLine(fn::StringView line) {
-    if (!fn::utf8::isValid(line)) {
-        fn::String(line).trim(true);
+/// The lines of a script without the white space at their ends. Malformed text is refused as
+/// `trim` refuses it, at the line that has it.
+class ScriptLines {
+public:
+    explicit ScriptLines(fn::StringView text) : lines(text), allValid(fn::utf8::isValid(text)) {}
+
+    std::optional<fn::StringView> next() {
+        whole = lines.next();
+        if (!whole) {
+            return std::nullopt;
+        }
+        if (!allValid && !fn::utf8::isValid(*whole)) {
+            fn::String(*whole).trim(true);
+        }
+        return fn::utf8::trimmed(*whole);
     }
-    return fn::utf8::trimmed(line);
-}
+
+    /// The last line with its white space.
+    fn::StringView untrimmed() const { return *whole; }
+
+private:
+    TextLines lines;
+    bool allValid;  ///< Then no line is looked through again.
+    std::optional<fn::StringView> whole;
+};
 
 /// All lines before "[Events]", which is passed over, each with a line feed behind it.
-fn::String readHeader(TextLines& lines) {
+fn::String readHeader(ScriptLines& lines) {
     constexpr fn::StringView word = "[events]";
     fn::String header;
     while (const auto line = lines.next()) {
-        const fn::StringView trimmed = trimmedLine(*line);
-        if (startsLowered(trimmed, word) && fn::String(trimmed).toLowerCase() == word) {
+        if (startsLowered(*line, word) && fn::String(*line).toLowerCase() == word) {
             break;
         }
-        header.append(*line).append(1, '\n');
+        header.append(lines.untrimmed()).append(1, '\n');
     }
     return header;
 }
 
 /// The column names of the first format line, in lower case. None at the end of the script.
-std::vector<fn::String> readFormat(TextLines& lines) {
+std::vector<fn::String> readFormat(ScriptLines& lines) {
     constexpr fn::StringView word = "format:";
     while (const auto line = lines.next()) {
-        const fn::StringView trimmed = trimmedLine(*line);
-        if (startsLowered(trimmed, word)) {
-            return fn::String(fn::String(trimmed).toLowerCase().substr(word.size()))
+        if (startsLowered(*line, word)) {
+            return fn::String(fn::String(*line).toLowerCase().substr(word.size()))
                 .split(',', fn::String::TrimAndSkipEmptyParts, -1);
         }
     }
     return {};
 }
 
-void appendEvent(fn::String& event, int readOrder, const Values& values) {
-    event.append(fn::String::number(readOrder, 0, ' '));
+/// The event as its buffer holds it: the read order, then eight fields.
+fn::AutoPtr<_GstBuffer> makeEvent(int readOrder, const Values& values, BufferBlocks& blocks) {
+    std::array<char, std::numeric_limits<int>::digits10 + 2> digits = {};
+    const char* const end = std::to_chars(digits.data(), &digits.back(), readOrder).ptr;
+    const fn::StringView number(digits.data(), static_cast<std::size_t>(end - digits.data()));
+    std::size_t size = number.size();
     for (std::size_t field = Layer; field <= Text; ++field) {
-        event += ',';
-        event.append(values[field]);
+        size += 1 + values[field].size();
     }
+    BufferBlocks::NewBuffer made = blocks.allocate(size);
+    std::uint8_t* to = copyTo(made.bytes, number);
+    for (std::size_t field = Layer; field <= Text; ++field) {
+        *to++ = ',';
+        to = copyTo(to, values[field]);
+    }
+    return std::move(made.buffer);
 }
 
-void readEvents(TextLines& lines, const Columns& columns, BufferBlocks& blocks,
+void readEvents(ScriptLines& lines, const Columns& columns, BufferBlocks& blocks,
                 SubtitleData& data) {
     constexpr fn::StringView word = "dialogue:";
     int readOrder = 0;
-    fn::String event;
     while (const auto line = lines.next()) {
-        const fn::StringView trimmed = trimmedLine(*line);
-        if (!startsLowered(trimmed, word)) {
+        if (!startsLowered(*line, word)) {
             continue;
         }
-        const Values values = columns.valuesOf(trimmed.substr(word.size()));
+        const Values values = columns.valuesOf(line->substr(word.size()));
         const GstClockTime start = toNanoseconds(findTime(values[Start]));
         if (start == GST_CLOCK_TIME_NONE) {
             continue;
         }
-        event.clear();
-        appendEvent(event, readOrder++, values);
-        fn::AutoPtr<_GstBuffer> buffer = makeBuffer(fn::to_string_view(event), blocks);
+        fn::AutoPtr<_GstBuffer> buffer = makeEvent(readOrder++, values, blocks);
         GST_BUFFER_PTS(buffer.get()) = start;
         const GstClockTime end = toNanoseconds(findTime(values[End]));
         if (end != GST_CLOCK_TIME_NONE && end > start) {
@@ -219,12 +248,13 @@ fn::String getSegment(const std::vector<fn::String>& names, const std::vector<fn
 }  // namespace ass
 
 fn::AutoPtr<SubtitleData> parseASS(const fn::String& text) {
-    TextLines lines(fn::to_string_view(text));
+    ass::ScriptLines lines(fn::to_string_view(text));
     const fn::String header = ass::readHeader(lines);
     BufferBlocks blocks;
+    BufferBlocks::NewBuffer head = blocks.allocate(header.size());
+    ass::copyTo(head.bytes, fn::to_string_view(header));
     fn::AutoPtr<SubtitleData> data(
-        new SubtitleData("application/x-ass", ass::makeBuffer(fn::to_string_view(header), blocks),
-                         SubtitleData::NANOSECONDS));
+        new SubtitleData("application/x-ass", head.buffer, SubtitleData::NANOSECONDS));
     const std::vector<fn::String> names = ass::readFormat(lines);
     if (!names.empty()) {
         ass::readEvents(lines, ass::Columns(names), blocks, *data);

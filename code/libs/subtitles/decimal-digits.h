@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <cstddef>
+#include <limits>
 
 #include "foundation/string-view.h"
 
@@ -28,7 +29,17 @@ inline fn::StringView digitsAt(fn::StringView text, std::size_t position) {
 /// where the run is empty or its number does not fit.
 template <class Number>
 Number decimalNumber(fn::StringView digits, Number fallback) {
+    // So many digits fit into any of the types, as those of all real files do.
+    constexpr std::size_t fitting = 9;
+    static_assert(std::numeric_limits<Number>::digits10 >= fitting);
     Number number = fallback;
+    if (!digits.empty() && digits.size() <= fitting) {
+        number = 0;
+        for (const char digit : digits) {
+            number = number * 10 + static_cast<Number>(digit - '0');
+        }
+        return number;
+    }
     // What does not fit leaves the number alone.
     std::from_chars(digits.data(), digits.data() + digits.size(), number, 10);
     return number;
