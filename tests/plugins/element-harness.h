@@ -158,31 +158,31 @@ public:
 class StreamStart {
 public:
     explicit StreamStart(GstPad* pad)
-        : _event(gst_pad_get_sticky_event(pad, GST_EVENT_STREAM_START, 0)) {
-        gst_event_parse_stream(_event, &_stream);
+        : event(gst_pad_get_sticky_event(pad, GST_EVENT_STREAM_START, 0)) {
+        gst_event_parse_stream(event, &stream);
     }
     StreamStart(const StreamStart&) = delete;
     StreamStart& operator=(const StreamStart&) = delete;
     ~StreamStart() {
-        gst_object_unref(_stream);
-        gst_event_unref(_event);
+        gst_object_unref(stream);
+        gst_event_unref(event);
     }
 
     std::string id() const {
         const gchar* text = nullptr;
-        gst_event_parse_stream_start(_event, &text);
+        gst_event_parse_stream_start(event, &text);
         return text;
     }
-    GstStreamType type() const { return gst_stream_get_stream_type(_stream); }
+    GstStreamType type() const { return gst_stream_get_stream_type(stream); }
     GstStreamFlags flags() const {
         GstStreamFlags flags = GST_STREAM_FLAG_NONE;
-        gst_event_parse_stream_flags(_event, &flags);
+        gst_event_parse_stream_flags(event, &flags);
         return flags;
     }
     /// "title=Korean" and so on, in the order of their names.
     std::string tags() const {
         std::string text;
-        GstTagList* const tags = gst_stream_get_tags(_stream);
+        GstTagList* const tags = gst_stream_get_tags(stream);
         for (const char* const name : {"language-code", "language-name", "title"}) {
             gchar* value = nullptr;
             if (gst_tag_list_get_string(tags, name, &value) != FALSE) {
@@ -195,8 +195,8 @@ public:
     }
 
 private:
-    GstEvent* _event;
-    GstStream* _stream = nullptr;
+    GstEvent* event;
+    GstStream* stream = nullptr;
 };
 
 }  // namespace test

@@ -31,17 +31,17 @@ GstTracer* findBook() {
 /// How many objects of each type were made and not given back in a time.
 class Balance {
 public:
-    explicit Balance(GstTracer* book) : _book(book) {
-        g_signal_emit_by_name(_book, "activity-start-tracking");
+    explicit Balance(GstTracer* book) : ledger(book) {
+        g_signal_emit_by_name(ledger, "activity-start-tracking");
     }
     Balance(const Balance&) = delete;
     Balance& operator=(const Balance&) = delete;
-    ~Balance() { g_signal_emit_by_name(_book, "activity-stop-tracking"); }
+    ~Balance() { g_signal_emit_by_name(ledger, "activity-stop-tracking"); }
 
     /// Up to now: "GstBuffer 1 GstCaps -2"; empty where all is even. The book begins anew.
     std::string close() {
         GstStructure* checkpoint = nullptr;
-        g_signal_emit_by_name(_book, "activity-get-checkpoint", &checkpoint);
+        g_signal_emit_by_name(ledger, "activity-get-checkpoint", &checkpoint);
         std::map<std::string, int> counts;
         add(counts, gst_structure_get_value(checkpoint, "objects-created-list"), 1);
         add(counts, gst_structure_get_value(checkpoint, "objects-removed-list"), -1);
@@ -64,7 +64,7 @@ private:
         }
     }
 
-    GstTracer* _book;
+    GstTracer* ledger;
 };
 
 class Leaks : public testing::Test {

@@ -31,12 +31,12 @@ private:
     std::optional<std::size_t> nextForward();
     std::optional<std::size_t> nextBackward();
 
-    const CueOrder* _order;
-    GstClockTime _start;
-    GstClockTime _stop;
-    bool _backward;
-    std::size_t _position = 0;  ///< The next cue; playing backwards, one behind it.
-    GstClockTime _told = 0;     ///< Cues and gaps have covered the segment so far.
+    const CueOrder* cues;
+    GstClockTime begin;
+    GstClockTime end;
+    bool backward;
+    std::size_t place = 0;  ///< The next cue; playing backwards, one behind it.
+    GstClockTime told = 0;  ///< Cues and gaps have covered the segment so far.
 };
 
 }  // namespace subtitles::element

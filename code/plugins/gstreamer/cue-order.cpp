@@ -7,29 +7,29 @@
 
 namespace subtitles::element {
 
-CueOrder::CueOrder(std::vector<Span> spans) : _spans(std::move(spans)) {
+CueOrder::CueOrder(std::vector<Span> spans) : cues(std::move(spans)) {
     // One leaf at least stays free: behind the last cue is a place too.
-    while (_leaves <= _spans.size()) {
-        _leaves *= 2;
+    while (leaves <= cues.size()) {
+        leaves *= 2;
     }
-    _latestEnds.assign(2 * _leaves, 0);
-    for (std::size_t i = 0; i < _spans.size(); ++i) {
-        _latestEnds[_leaves + i] = _spans[i].end;
+    latestEnds.assign(2 * leaves, 0);
+    for (std::size_t i = 0; i < cues.size(); ++i) {
+        latestEnds[leaves + i] = cues[i].end;
     }
-    for (std::size_t node = _leaves - 1; node >= 1; --node) {
-        _latestEnds[node] = std::max(_latestEnds[2 * node], _latestEnds[2 * node + 1]);
+    for (std::size_t node = leaves - 1; node >= 1; --node) {
+        latestEnds[node] = std::max(latestEnds[2 * node], latestEnds[2 * node + 1]);
     }
 }
 
 /// The first leaf below the node whose cue ends after `time`. There is one.
 std::size_t CueOrder::leftmost(std::size_t node, GstClockTime time) const {
-    while (node < _leaves) {
+    while (node < leaves) {
         node *= 2;
-        if (_latestEnds[node] <= time) {
+        if (latestEnds[node] <= time) {
             ++node;
         }
     }
-    return node - _leaves;
+    return node - leaves;
 }
 
 std::size_t CueOrder::nextEndingAfter(std::size_t from, GstClockTime time) const {
@@ -37,8 +37,8 @@ std::size_t CueOrder::nextEndingAfter(std::size_t from, GstClockTime time) const
         return size();
     }
     // Up from the leaf, over the subtrees to its right, to the first that holds an answer.
-    std::size_t node = _leaves + from;
-    while (_latestEnds[node] <= time) {
+    std::size_t node = leaves + from;
+    while (latestEnds[node] <= time) {
         while (node % 2 == 1 && node != 1) {
             node /= 2;
         }
@@ -52,19 +52,19 @@ std::size_t CueOrder::nextEndingAfter(std::size_t from, GstClockTime time) const
 
 /// The last leaf below the node whose cue ends after `time`. There is one.
 std::size_t CueOrder::rightmost(std::size_t node, GstClockTime time) const {
-    while (node < _leaves) {
+    while (node < leaves) {
         node = 2 * node + 1;
-        if (_latestEnds[node] <= time) {
+        if (latestEnds[node] <= time) {
             --node;
         }
     }
-    return node - _leaves;
+    return node - leaves;
 }
 
 std::optional<std::size_t> CueOrder::lastEndingAfter(std::size_t from, GstClockTime time) const {
     // Up from the leaf, and at each right child a look into the subtree to its left.
-    for (std::size_t node = _leaves + std::min(from, _leaves - 1); node > 1; node /= 2) {
-        if (node % 2 == 1 && _latestEnds[node - 1] > time) {
+    for (std::size_t node = leaves + std::min(from, leaves - 1); node > 1; node /= 2) {
+        if (node % 2 == 1 && latestEnds[node - 1] > time) {
             return rightmost(node - 1, time);
         }
     }
@@ -73,18 +73,18 @@ std::optional<std::size_t> CueOrder::lastEndingAfter(std::size_t from, GstClockT
 
 GstClockTime CueOrder::latestEnd(std::size_t count) const {
     GstClockTime latest = 0;
-    for (std::size_t node = _leaves + std::min(count, _leaves - 1); node > 1; node /= 2) {
+    for (std::size_t node = leaves + std::min(count, leaves - 1); node > 1; node /= 2) {
         if (node % 2 == 1) {
-            latest = std::max(latest, _latestEnds[node - 1]);
+            latest = std::max(latest, latestEnds[node - 1]);
         }
     }
     return latest;
 }
 
 std::size_t CueOrder::countStartingBefore(GstClockTime time) const {
-    const auto first = std::partition_point(_spans.begin(), _spans.end(),
+    const auto first = std::partition_point(cues.begin(), cues.end(),
                                             [&](const Span& span) { return span.start < time; });
-    return static_cast<std::size_t>(first - _spans.begin());
+    return static_cast<std::size_t>(first - cues.begin());
 }
 
 }  // namespace subtitles::element

@@ -23,8 +23,8 @@ public:
     /// The spans are in ascending order of their starts.
     explicit CueOrder(std::vector<Span> spans);
 
-    std::size_t size() const { return _spans.size(); }
-    const Span& operator[](std::size_t index) const { return _spans[index]; }
+    std::size_t size() const { return cues.size(); }
+    const Span& operator[](std::size_t index) const { return cues[index]; }
 
     /// The first cue at or behind `from` that ends after `time`; `size()` where none does. Takes
     /// logarithmic time.
@@ -47,11 +47,11 @@ private:
     std::size_t leftmost(std::size_t node, GstClockTime time) const;
     std::size_t rightmost(std::size_t node, GstClockTime time) const;
 
-    std::vector<Span> _spans;
+    std::vector<Span> cues;
     /// The latest end below each node of a complete binary tree, the root at 1, node n's children
     /// at 2n and 2n + 1, the cues at its leaves.
-    std::vector<GstClockTime> _latestEnds;
-    std::size_t _leaves = 1;
+    std::vector<GstClockTime> latestEnds;
+    std::size_t leaves = 1;
 };
 
 }  // namespace subtitles::element

@@ -125,41 +125,41 @@ void closeOpenCues(std::vector<Span>& spans) {
 CueTrack CueTrack::load(const TrackRequest& request) {
     CueTrack track;
     const bool detect = request.encoding.empty() || request.encoding == "auto";
-    track._reference = referenceFor(request);
-    track._data = loadReference(track._reference, detect ? fn::String() : request.encoding);
-    track._encoding =
-        detect ? CharsetDetector::detectFileCharset(track._reference.path.c_str(),
+    track.chosen = referenceFor(request);
+    track.data = loadReference(track.chosen, detect ? fn::String() : request.encoding);
+    track.usedEncoding =
+        detect ? CharsetDetector::detectFileCharset(track.chosen.path.c_str(),
                                                     std::numeric_limits<unsigned long>::max())
                : request.encoding;
-    if (track._encoding.empty()) {
-        track._encoding = "UTF-8";
+    if (track.usedEncoding.empty()) {
+        track.usedEncoding = "UTF-8";
     }
-    const SubtitleData& data = *track._data;
+    const SubtitleData& loaded = *track.data;
     std::vector<Span> spans;
-    for (const fn::AutoPtr<_GstBuffer>& buffer : data.buffers) {
+    for (const fn::AutoPtr<_GstBuffer>& buffer : loaded.buffers) {
         const GstClockTime start = GST_BUFFER_PTS(buffer.get());
         // A cue that has no time cannot be shown.
         if (start != GST_CLOCK_TIME_NONE) {
             const GstClockTime end = endOf(start, GST_BUFFER_DURATION(buffer.get()));
             spans.push_back(
-                {toNanoseconds(start, data, request), toNanoseconds(end, data, request)});
-            track._buffers.push_back(buffer.get());
+                {toNanoseconds(start, loaded, request), toNanoseconds(end, loaded, request)});
+            track.buffers.push_back(buffer.get());
         }
     }
-    if (data.timestampUnit == SubtitleData::FRAMES) {
+    if (loaded.timestampUnit == SubtitleData::FRAMES) {
         closeOpenCues(spans);
     }
-    track._order = CueOrder(std::move(spans));
+    track.cues = CueOrder(std::move(spans));
     return track;
 }
 
 bool CueTrack::isASS() const {
-    return _data->mimeType == assType;
+    return data->mimeType == assType;
 }
 
 AttributedText CueTrack::text(std::size_t index) const {
-    AttributedText runs = isASS() ? ASSParser().parseEntry(bytesOf(_buffers[index]))
-                                  : attributedTextFromBuffer(_buffers[index]);
+    AttributedText runs = isASS() ? ASSParser().parseEntry(bytesOf(buffers[index]))
+                                  : attributedTextFromBuffer(buffers[index]);
     AttributedText shown;
     for (AttributedText::Run& run : runs) {
         run.text.erase(std::remove(run.text.begin(), run.text.end(), '\0'), run.text.end());
@@ -172,7 +172,7 @@ AttributedText CueTrack::text(std::size_t index) const {
 
 fn::String CueTrack::event(std::size_t index) const {
     if (isASS()) {
-        return bytesOf(_buffers[index]);
+        return bytesOf(buffers[index]);
     }
     return fn::String::number(static_cast<int>(index), 0, ' ') + ",0,Default,,0,0,0,," +
            ASSExporter().attributedTextToString(text(index));
@@ -180,7 +180,7 @@ fn::String CueTrack::event(std::size_t index) const {
 
 fn::String CueTrack::scriptHead() const {
     if (isASS()) {
-        return bytesOf(_data->header.get());
+        return bytesOf(data->header.get());
     }
     const ASSStyle style;
     return "[Script Info]\nScriptType: v4.00+\n\n[V4+ Styles]\n" + style.getFormat() +

@@ -30,7 +30,7 @@ public:
     /// Reads the file. Raises `fn::Exception` with a text for the viewer where nothing can be read.
     static CueTrack load(const TrackRequest& request);
 
-    const CueOrder& order() const { return _order; }
+    const CueOrder& order() const { return cues; }
 
     /// What the cue at `index` shows, without the byte 0 that ends a text. Raises `fn::Exception`
     /// where an ASS event cannot be read.
@@ -45,16 +45,16 @@ public:
     /// Whether the file is an ASS script.
     bool isASS() const;
 
-    const SubtitleReference& reference() const { return _reference; }
+    const SubtitleReference& reference() const { return chosen; }
     /// The encoding that was used, for people: "UTF-8" where detection has no other answer.
-    const fn::String& encoding() const { return _encoding; }
+    const fn::String& encoding() const { return usedEncoding; }
 
 private:
-    SubtitleReference _reference;
-    fn::String _encoding;
-    fn::AutoPtr<SubtitleData> _data;
-    std::vector<_GstBuffer*> _buffers;  ///< Of `_data`, in the order of `_order`.
-    CueOrder _order;
+    SubtitleReference chosen;
+    fn::String usedEncoding;
+    fn::AutoPtr<SubtitleData> data;
+    std::vector<_GstBuffer*> buffers;  ///< Of `data`, in the order of `cues`.
+    CueOrder cues;
 };
 
 }  // namespace subtitles::element

@@ -43,61 +43,61 @@ const char* wordAt(const char* const (&words)[size], int index) {
 /// The attributes of one span.
 class SpanAttributes {
 public:
-    explicit SpanAttributes(const TextAttributes& attributes) : _attributes(attributes) {
+    explicit SpanAttributes(const TextAttributes& attributes) : from(attributes) {
         addFont();
         addDecoration();
     }
 
-    const fn::String& text() const { return _text; }
+    const fn::String& text() const { return written; }
 
 private:
     bool has(TextAttributes::Attribute attribute) const {
-        return (_attributes.attributeMask & attribute) != 0;
+        return (from.attributeMask & attribute) != 0;
     }
 
     void add(const char* name, const fn::String& value) {
-        _text.append(" ").append(name).append("=\"").append(escaped(value)).append("\"");
+        written.append(" ").append(name).append("=\"").append(escaped(value)).append("\"");
     }
 
     void addFont() {
         if (has(TextAttributes::FONT_DESCRIPTION)) {
-            add("font_desc", _attributes.fontDescription);
+            add("font_desc", from.fontDescription);
         }
         if (has(TextAttributes::FONT_FAMILY)) {
-            add("face", _attributes.fontFamily);
+            add("face", from.fontFamily);
         }
         // One size at most: a span that names an attribute twice is no markup.
-        if (has(TextAttributes::FONT_SIZE_ABSOLUTE) && _attributes.fontSizeAbsolute > 0) {
-            add("size", fn::String::number(_attributes.fontSizeAbsolute, 0, ' '));
+        if (has(TextAttributes::FONT_SIZE_ABSOLUTE) && from.fontSizeAbsolute > 0) {
+            add("size", fn::String::number(from.fontSizeAbsolute, 0, ' '));
         } else if (has(TextAttributes::FONT_SIZE_RELATIVE)) {
-            add("size", wordAt(sizeWords, _attributes.fontSizeRelative + 3));
+            add("size", wordAt(sizeWords, from.fontSizeRelative + 3));
         }
         if (has(TextAttributes::FONT_STYLE)) {
-            add("style", wordAt(styleWords, _attributes.fontStyle));
+            add("style", wordAt(styleWords, from.fontStyle));
         }
         if (has(TextAttributes::FONT_WEIGHT)) {
-            const int weight = TextAttributes::fontWeightFromInt(_attributes.fontWeight);
+            const int weight = TextAttributes::fontWeightFromInt(from.fontWeight);
             add("weight", fn::String::number(weight, 0, ' '));
         }
     }
 
     void addDecoration() {
         if (has(TextAttributes::FOREGROUND_COLOR)) {
-            add("foreground", hexColor(_attributes.foregroundColor));
+            add("foreground", hexColor(from.foregroundColor));
         }
         if (has(TextAttributes::BACKGROUND_COLOR)) {
-            add("background", hexColor(_attributes.backgroundColor));
+            add("background", hexColor(from.backgroundColor));
         }
         if (has(TextAttributes::UNDERLINE)) {
-            add("underline", wordAt(underlineWords, _attributes.underline));
+            add("underline", wordAt(underlineWords, from.underline));
         }
         if (has(TextAttributes::STRIKE_THROUGH)) {
-            add("strikethrough", _attributes.strikeThrough ? "true" : "false");
+            add("strikethrough", from.strikeThrough ? "true" : "false");
         }
     }
 
-    const TextAttributes& _attributes;
-    fn::String _text;
+    const TextAttributes& from;
+    fn::String written;
 };
 
 }  // namespace

@@ -54,15 +54,15 @@ inline SubtitlesSrc* self(gpointer object) {
 
 class ObjectLock {
 public:
-    explicit ObjectLock(SubtitlesSrc* source) : _object(GST_OBJECT(source)) {
-        GST_OBJECT_LOCK(_object);
+    explicit ObjectLock(SubtitlesSrc* source) : locked(GST_OBJECT(source)) {
+        GST_OBJECT_LOCK(locked);
     }
     ObjectLock(const ObjectLock&) = delete;
     ObjectLock& operator=(const ObjectLock&) = delete;
-    ~ObjectLock() { GST_OBJECT_UNLOCK(_object); }
+    ~ObjectLock() { GST_OBJECT_UNLOCK(locked); }
 
 private:
-    GstObject* _object;
+    GstObject* locked;
 };
 
 /// Gives the class of the element its properties.
