@@ -92,6 +92,14 @@ TEST_F(Preview, ShowsAFilmWithSquarePixels) {
     EXPECT_EQ(sizeOf(contentOf(picture)), "128x48");
 }
 
+TEST_F(Preview, LanguageChoosesAmongThoseBesideTheFilm) {
+    folder.writeFile("film.ko.srt", cues);
+    const ToolAnswer answer =
+        preview({makeFilm(), "--language", "ko", "--at", "1.5", "-o", picture, "--json"});
+    EXPECT_EQ(answer.status, 0) << answer.error;
+    EXPECT_THAT(answer.output, HasSubstr("film.ko.srt"));
+}
+
 TEST_F(Preview, StripHasACellForEachCueThatTheFilmReaches) {
     EXPECT_EQ(preview({"--subtitle", subtitle, "--strip", "9", "-o", picture}).status, 0);
     EXPECT_EQ(sizeOf(contentOf(picture)), "914x264");

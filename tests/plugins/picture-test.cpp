@@ -149,6 +149,25 @@ TEST_F(Pictures, CueIsOnTheFrameInItsTimeAndNotOutside) {
     }
 }
 
+TEST_F(Pictures, CueIsOnTheFilmInItsTimeAndNotOutside) {
+    const std::string film = folder.path("film.ogv");
+    tool::Pipeline maker(
+        "videotestsrc pattern=black num-buffers=40 ! "
+        "video/x-raw,width=640,height=360,framerate=10/1 ! theoraenc ! oggmux ! "
+        "filesink location=\"" +
+        film + "\"");
+    maker.run();
+    const auto track = load("film.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
+    tool::FrameGrabber::Options options;
+    options.film = film;
+    tool::FrameGrabber grabber(track, options);
+    for (const GstClockTime time : {3000U, 1500U, 500U, 1999U, 2000U, 1000U, 999U}) {
+        const Picture picture = grabber.frameAt(time * GST_MSECOND);
+        EXPECT_EQ(count(picture, isWhite) > 100, 1000 <= time && time < 2000) << time;
+        keep("film-" + std::to_string(time), picture);
+    }
+}
+
 TEST_F(Pictures, RedTextIsRed) {
     const auto track = load("a.srt",
                             "1\n00:00:01,000 --> 00:00:02,000\n<font color=\"red\">Red</font>\n\n"

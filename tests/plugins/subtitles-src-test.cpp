@@ -70,6 +70,25 @@ TEST_F(SubtitlesSrcTest, GivesASSWithTheScriptsHead) {
     gst_caps_unref(caps);
 }
 
+TEST_F(SubtitlesSrcTest, NoByteZeroLeavesIt) {
+    const std::string zero(1, '\0');
+    const std::string paths[] = {
+        write("a.srt", "1\n00:00:01,000 --> 00:00:02,000\nOne" + zero + "\n"),
+        write("a.ass",
+              std::string(ass) + "Dialogue: 0,0:00:03.00,0:00:04.00,D,,0,0,0,,a" + zero + "b\n")};
+    for (const std::string& path : paths) {
+        for (const char* const caps :
+             {"text/x-raw, format=pango-markup", "text/x-raw, format=utf8", "application/x-ass"}) {
+            Element element(caps);
+            element.set("location", path.c_str());
+            element.play();
+            for (std::string cue = element.next(); !cue.empty(); cue = element.next()) {
+                EXPECT_EQ(cue.find('\0'), std::string::npos) << caps << ": " << cue;
+            }
+        }
+    }
+}
+
 TEST_F(SubtitlesSrcTest, GivesASSAsMarkupToo) {
     Element element("text/x-raw, format=pango-markup");
     element.set("location", write("a.ass", ass).c_str());

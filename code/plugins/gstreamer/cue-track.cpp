@@ -24,10 +24,12 @@ constexpr char assType[] = "application/x-ass";
 /// How long a frame-counted cue without an end is shown, where nothing follows it sooner.
 constexpr GstClockTime openCueTime = 5 * GST_SECOND;
 
-fn::String bytesOf(_GstBuffer* buffer) {
-    fn::String bytes(std::string(gst_buffer_get_size(buffer), '\0'));
-    gst_buffer_extract(buffer, 0, bytes.data(), bytes.size());
-    return bytes;
+/// The text of a buffer, without bytes 0: those end a text for some who read it.
+fn::String textOf(_GstBuffer* buffer) {
+    fn::String text(std::string(gst_buffer_get_size(buffer), '\0'));
+    gst_buffer_extract(buffer, 0, text.data(), text.size());
+    text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());
+    return text;
 }
 
 bool isLanguage(const SubtitleReference& reference, const fn::String& wanted) {
@@ -158,7 +160,7 @@ bool CueTrack::isASS() const {
 }
 
 AttributedText CueTrack::text(std::size_t index) const {
-    AttributedText runs = isASS() ? ASSParser().parseEntry(bytesOf(buffers[index]))
+    AttributedText runs = isASS() ? ASSParser().parseEntry(textOf(buffers[index]))
                                   : attributedTextFromBuffer(buffers[index]);
     AttributedText shown;
     for (AttributedText::Run& run : runs) {
@@ -172,7 +174,7 @@ AttributedText CueTrack::text(std::size_t index) const {
 
 fn::String CueTrack::event(std::size_t index) const {
     if (isASS()) {
-        return bytesOf(buffers[index]);
+        return textOf(buffers[index]);
     }
     return fn::String::number(static_cast<int>(index), 0, ' ') + ",0,Default,,0,0,0,," +
            ASSExporter().attributedTextToString(text(index));
@@ -180,7 +182,7 @@ fn::String CueTrack::event(std::size_t index) const {
 
 fn::String CueTrack::scriptHead() const {
     if (isASS()) {
-        return bytesOf(data->header.get());
+        return textOf(data->header.get());
     }
     const ASSStyle style;
     return "[Script Info]\nScriptType: v4.00+\n\n[V4+ Styles]\n" + style.getFormat() +
