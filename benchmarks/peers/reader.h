@@ -46,7 +46,10 @@ std::unique_ptr<Reader> makeLibass();
 /// libxml2's SAX interface for HTML, with handlers that do nothing. Tells the number of elements.
 std::unique_ptr<Reader> makeLibxml2();
 
-/// Detection of the encoding alone.
+/// uchardet, which most of detecting an encoding is, alone.
 std::unique_ptr<Reader> makeUchardet();
+
+/// Our detector, which is uchardet and a score of its own.
+std::unique_ptr<Reader> makeDetector();
 
 }  // namespace peers

@@ -9,6 +9,7 @@
 #include "foundation/string.h"
 
 #include "subtitles/ass-reader.h"
+#include "subtitles/charset-detector.h"
 #include "subtitles/load-string.h"
 #include "subtitles/microdvd-parser.h"
 #include "subtitles/smi-loader.h"
@@ -64,10 +65,26 @@ private:
     Data data;
 };
 
+class DetectorReader : public Reader {
+public:
+    std::size_t read(const std::string& file) override {
+        subtitles::CharsetDetector detector;
+        detector.pushData(file.data(), file.size());
+        detector.done();
+        return detector.detectedCharset().empty() ? 0 : 1;
+    }
+
+    void release() override {}
+};
+
 }  // namespace
 
 std::unique_ptr<Reader> makeSubtitles(Format format, const std::string& encoding) {
     return std::make_unique<SubtitlesReader>(format, encoding);
+}
+
+std::unique_ptr<Reader> makeDetector() {
+    return std::make_unique<DetectorReader>();
 }
 
 }  // namespace peers

@@ -26,8 +26,8 @@ using subtitles::SubtitleReference;
 
 namespace {
 
-constexpr int threadCount = 8;
-constexpr int rounds = 5;
+constexpr int threadCount = 64;
+constexpr int rounds = 2;
 
 void writeFilms(const test::TemporaryFolder& folder) {
     struct Source {
