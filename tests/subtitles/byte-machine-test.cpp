@@ -3,6 +3,7 @@
 #include "subtitles/byte-machine.h"
 
 #include <array>
+#include <cstddef>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -91,6 +92,25 @@ TEST(ByteMachineInput, TheByteZeroIsAByteLikeOthers) {
     ToyActions actions;
     EXPECT_EQ(run(machine, fn::StringView("a\0b", 3), actions), 1);
     EXPECT_EQ(actions.log, std::string("(a\0b)", 5));
+}
+
+// Where one to three bytes end a stretch, eight bytes are looked at together.
+TEST(ByteMachineInput, AStretchEndsAtEveryPlaceOfAWord) {
+    static_assert(machine.stretchEnds[1].areFew, "two bytes, of two classes");
+    static_assert(!machine.stretchEnds[2].areFew, "every byte");
+    static_assert(machine.stretchEnds[3].areFew, "one byte");
+    for (std::size_t size = 0; size < 40; ++size) {
+        for (const char filling : {'x', 'Z', '\xDB', '\xDD', '\xFF', '\x80', '\0', '\x01'}) {
+            const std::string stretch(size, filling);
+            const std::string appended = size == 0 ? "" : "(" + stretch + ")";
+            ToyActions actions;
+            EXPECT_EQ(run(machine, stretch + "[]abcdefghijk", actions), 1);
+            EXPECT_EQ(run(machine, stretch + "!abcdefghijk", actions), error);
+            EXPECT_EQ(run(machine, "[a" + stretch + "]", actions), 1);
+            EXPECT_EQ(actions.log, appended + "open[ close] ](abcdefghijk)" + appended +
+                                       "close! open[ " + appended + "]close] ");
+        }
+    }
 }
 
 TEST(ByteMachineSets, HoldWhatTheyName) {

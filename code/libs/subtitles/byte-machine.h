@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 
 #include "foundation/string-view.h"
@@ -197,6 +198,14 @@ struct Cell {
     }
 };
 
+/// The bytes that end a stretch of appended ones, where there are only a few.
+struct StretchEnds {
+    static constexpr std::size_t limit = 3;  // NOLINT(readability-identifier-naming): as in Row
+
+    bool areFew = false;
+    std::array<std::uint64_t, limit> words = {};  ///< A byte each, in all eight places of the word.
+};
+
 /// A compiled machine.
 template <std::size_t stateCount, std::size_t classCount>
 struct Machine {
@@ -209,6 +218,7 @@ struct Machine {
     std::array<std::array<Cell, classCount>, stateCount> cells = {};
     std::array<ActionList, 256> lists = {};
     std::uint16_t appending = 0;  ///< The list that does nothing but append the byte.
+    std::array<StretchEnds, stateCount> stretchEnds = {};  ///< Of the stretches in each state.
 
     constexpr std::size_t classOf(char byte) const {
         return classOfByte[static_cast<unsigned char>(byte)];
@@ -223,6 +233,31 @@ constexpr const Transition& transitionOf(const Row& row, unsigned char byte) {
         ++i;
     }
     return row.transitions[i];
+}
+
+/// What ends a stretch in a state. `sizes` are the numbers of bytes of the classes.
+template <class Machine, class Sizes>
+constexpr StretchEnds stretchEndsOf(const Machine& machine, State state, const Sizes& sizes) {
+    const Cell stay = {state, machine.appending};
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < Machine::classes; ++i) {
+        count += machine.cells[state][i] == stay ? 0U : sizes[i];
+    }
+    StretchEnds ends;
+    if (count == 0 || count > StretchEnds::limit) {
+        return ends;
+    }
+    ends.areFew = true;
+    std::size_t found = 0;
+    for (unsigned byte = 0; found < count; ++byte) {
+        if (!(machine.cells[state][machine.classOfByte[byte]] == stay)) {
+            ends.words[found++] = byte * 0x0101010101010101U;
+        }
+    }
+    for (; found < StretchEnds::limit; ++found) {
+        ends.words[found] = ends.words[0];
+    }
+    return ends;
 }
 
 /// Compiles rows, which are a constant with static storage. `append` is the action that appends the
@@ -251,7 +286,36 @@ constexpr auto compile(Action append) {
         }
     }
     machine.lists = lists.values;
+    std::array<std::size_t, classes.count> sizes = {};
+    for (const std::uint8_t number : classes.ofByte) {
+        ++sizes[number];
+    }
+    for (const Row& row : rows) {
+        machine.stretchEnds[row.state] = stretchEndsOf(machine, row.state, sizes);
+    }
     return machine;
+}
+
+/// Passes over whole words in which none of the bytes stands, and gives the first one that has any
+/// or the rest that is no word.
+inline const char* passWords(const StretchEnds& ends, const char* at, const char* end) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    constexpr std::uint64_t highBits = 0x8080808080808080U;
+    while (static_cast<std::size_t>(end - at) >= sizeof(std::uint64_t)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, sizeof word);
+        std::uint64_t found = 0;
+        for (const std::uint64_t each : ends.words) {
+            // A byte that is equal is zero now, and a zero is what borrows into its highest bit.
+            const std::uint64_t difference = word ^ each;
+            found |= (difference - ones) & ~difference;
+        }
+        if ((found & highBits) != 0) {
+            return at;
+        }
+        at += sizeof word;
+    }
+    return at;
 }
 
 /// Runs the machine over `input` until its end or until it comes to the error state, and gives the
@@ -261,7 +325,8 @@ constexpr auto compile(Action append) {
 /// type `Action` and two members, `perform(Action, position)` and `append(begin, end)`.
 ///
 /// Nearly all bytes of a text keep the machine in its state and are only appended, so that a
-/// stretch of them is looked for and appended at once.
+/// stretch of them is looked for and appended at once. Where a few bytes end it, eight are looked
+/// at together.
 template <class Machine, class Actions>
 State run(const Machine& machine, fn::StringView input, Actions& actions) {
     State state = start;
@@ -271,10 +336,13 @@ State run(const Machine& machine, fn::StringView input, Actions& actions) {
         const auto& row = machine.cells[state];
         const Cell cell = row[machine.classOf(*at)];
         if (cell.next == state && cell.list == machine.appending) {
-            const char* const stretch = at;
-            do {
+            const char* const stretch = at++;
+            if (machine.stretchEnds[state].areFew) {
+                at = passWords(machine.stretchEnds[state], at, end);
+            }
+            while (at != end && row[machine.classOf(*at)] == cell) {
                 ++at;
-            } while (at != end && row[machine.classOf(*at)] == cell);
+            }
             actions.append(stretch, at);
             continue;
         }
