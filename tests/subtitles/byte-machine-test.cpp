@@ -94,6 +94,12 @@ TEST(ByteMachineInput, TheByteZeroIsAByteLikeOthers) {
     EXPECT_EQ(actions.log, std::string("(a\0b)", 5));
 }
 
+std::string logOf(const std::string& text) {
+    ToyActions actions;
+    run(machine, text, actions);
+    return actions.log;
+}
+
 // Where one to three bytes end a stretch, eight bytes are looked at together.
 TEST(ByteMachineInput, AStretchEndsAtEveryPlaceOfAWord) {
     static_assert(machine.stretchEnds[1].areFew, "two bytes, of two classes");
@@ -103,12 +109,10 @@ TEST(ByteMachineInput, AStretchEndsAtEveryPlaceOfAWord) {
         for (const char filling : {'x', 'Z', '\xDB', '\xDD', '\xFF', '\x80', '\0', '\x01'}) {
             const std::string stretch(size, filling);
             const std::string appended = size == 0 ? "" : "(" + stretch + ")";
-            ToyActions actions;
-            EXPECT_EQ(run(machine, stretch + "[]abcdefghijk", actions), 1);
-            EXPECT_EQ(run(machine, stretch + "!abcdefghijk", actions), error);
-            EXPECT_EQ(run(machine, "[a" + stretch + "]", actions), 1);
-            EXPECT_EQ(actions.log, appended + "open[ close] ](abcdefghijk)" + appended +
-                                       "close! open[ " + appended + "]close] ");
+            EXPECT_EQ(logOf(stretch + "[]abcdefghijk"), appended + "open[ close] ](abcdefghijk)");
+            EXPECT_EQ(logOf(stretch + "!abcdefghijk"), appended + "close! ");
+            EXPECT_EQ(logOf(std::string("[a").append(stretch) + "]"),
+                      std::string("open[ ").append(appended) + "]close] ");
         }
     }
 }
