@@ -63,7 +63,9 @@ TextAttributes colored(const fn::String& value) {
 
 void State::runDone() {
     if (!text.empty()) {
-        result.push_back({open.cummulativeAttributes(), std::move(text)});
+        run.attributes = open.cummulativeAttributes();
+        run.text = std::move(text);
+        result.push_back(std::move(run));
     }
     text.clear();
 }

@@ -17,8 +17,9 @@ struct State {
     /// Appends to `runs`, which must outlive this.
     explicit State(AttributedText& runs) : result(runs) {}
 
-    fn::String text;         ///< What has been read since the last run was done.
-    AttributedText& result;  ///< The runs that are done.
+    AttributedText::Run run;  ///< Filled when it is done.
+    fn::String text;          ///< What has been read since the last run was done.
+    AttributedText& result;   ///< The runs that are done.
     TextAttributesStack open;
 
     /// Ends the run at hand: what has been read since the last one goes into the result with the
