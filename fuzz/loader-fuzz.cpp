@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 //
-// The bytes of an SRT file, from decoding to the stream that is played. The first byte of the input
-// chooses the encoding, and whether the file was cut at its end.
+// The bytes of a file, from decoding to the stream that is played. The first byte of the input
+// chooses the encoding, the format, and whether the file was cut at its end.
 
 #include <cstddef>
 #include <cstdint>
@@ -12,8 +12,12 @@
 #include "foundation/exception.h"
 #include "foundation/utf8.h"
 
+#include "subtitles/ass-parser.h"
+#include "subtitles/ass-reader.h"
 #include "subtitles/attributed-text-buffer.h"
 #include "subtitles/load-string.h"
+#include "subtitles/microdvd-parser.h"
+#include "subtitles/smi-loader.h"
 #include "subtitles/srt-reader.h"
 
 #include "fuzz/fuzz-require.h"
@@ -25,6 +29,20 @@ constexpr const char* encodings[] = {"",          "UTF-8",        "windows-1250"
                                      "UTF-32",    "ISO-2022-KR",  "ISO-2022-JP",  "GB18030",
                                      "Shift_JIS", "no such name", "UTF-7",        "utf8"};
 
+using Data = fn::AutoPtr<subtitles::SubtitleData>;
+
+void requireTexts(const subtitles::SubtitleData& data, GstBuffer* buffer) {
+    if (data.mimeType == "application/x-ass") {
+        fn::String entry(gst_buffer_get_size(buffer), '\0');
+        gst_buffer_extract(buffer, 0, entry.data(), entry.size());
+        subtitles::ASSParser().parseEntry(entry);
+        return;
+    }
+    for (const auto& run : subtitles::attributedTextFromBuffer(buffer)) {
+        FUZZ_REQUIRE(!run.text.empty());
+    }
+}
+
 void requirePlayable(const subtitles::SubtitleData& data) {
     GstClockTime last = 0;
     for (const auto& buffer : data.buffers) {
@@ -33,15 +51,32 @@ void requirePlayable(const subtitles::SubtitleData& data) {
         FUZZ_REQUIRE(GST_BUFFER_PTS_IS_VALID(buffer.get()));
         FUZZ_REQUIRE(GST_BUFFER_PTS(buffer.get()) >= last);
         last = GST_BUFFER_PTS(buffer.get());
-        for (const auto& run : subtitles::attributedTextFromBuffer(buffer.get())) {
-            FUZZ_REQUIRE(!run.text.empty());
-        }
+        requireTexts(data, buffer.get());
     }
 }
 
-void parse(const fn::String& text) {
+Data parseSMI(const fn::String& text) {
+    subtitles::SMILoader loader;
+    loader.parseText(text);
+    Data data(new subtitles::SubtitleData("application/x-attributed-text",
+                                          fn::AutoPtr<_GstBuffer>(),
+                                          subtitles::SubtitleData::NANOSECONDS));
+    data->buffers = loader.getBuffers();
+    return data;
+}
+
+Data parseAs(unsigned format, const fn::String& text) {
+    switch (format) {
+        case 0: return subtitles::parseSRT(text);
+        case 1: return subtitles::parseMicroDVD(text, -1);
+        case 2: return subtitles::parseASS(text);
+        default: return parseSMI(text);
+    }
+}
+
+void parse(unsigned format, const fn::String& text) {
     try {
-        const fn::AutoPtr<subtitles::SubtitleData> data = subtitles::parseSRT(text);
+        const Data data = parseAs(format, text);
         data->sanitize();
         requirePlayable(*data);
     } catch (const fn::UTF8Exception&) {
@@ -60,7 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bytes.append(data + 1, size - 1);
     const unsigned long limit = (data[0] & 16) != 0 ? bytes.size() : subtitles::loadLimit;
     try {
-        parse(subtitles::decodeText(bytes, encoding, limit));
+        parse((data[0] >> 5U) & 3U, subtitles::decodeText(bytes, encoding, limit));
     } catch (const fn::RuntimeException&) {
         // A name that detection gives never fails.
         FUZZ_REQUIRE(encoding == "no such name");

@@ -28,8 +28,10 @@ public:
     virtual void release() = 0;
 };
 
-/// `subtitles`, from bytes to sanitized buffers. An empty encoding asks for detection.
-std::unique_ptr<Reader> makeSubtitles(Format format, const std::string& encoding);
+/// `subtitles`, from bytes to sanitized buffers. An empty encoding asks for detection. The style
+/// sheets of SMI are read where a file is analysed, and not where it is loaded.
+std::unique_ptr<Reader> makeSubtitles(Format format, const std::string& encoding,
+                                      bool withStyleSheets = false);
 
 /// A bare loop that finds the cues' bytes and makes one kept GstBuffer for each. SRT and MicroDVD.
 std::unique_ptr<Reader> makeFloor(Format format);

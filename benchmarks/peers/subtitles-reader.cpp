@@ -23,9 +23,9 @@ namespace {
 
 using Data = fn::AutoPtr<subtitles::SubtitleData>;
 
-Data parseSMI(const fn::String& text) {
+Data parseSMI(const fn::String& text, bool withStyleSheets) {
     subtitles::SMILoader loader;
-    loader.parseStyleSheets = false;
+    loader.parseStyleSheets = withStyleSheets;
     loader.parseText(text);
     Data data(new subtitles::SubtitleData("application/x-attributed-text",
                                           fn::AutoPtr<_GstBuffer>(),
@@ -34,25 +34,26 @@ Data parseSMI(const fn::String& text) {
     return data;
 }
 
-Data parse(Format format, fn::String text) {
+Data parse(Format format, fn::String text, bool withStyleSheets) {
     switch (format) {
         case Format::SRT: return subtitles::parseSRT(text);
         case Format::MicroDVD: return subtitles::parseMicroDVD(std::move(text), -1);
         case Format::ASS: return subtitles::parseASS(text);
-        case Format::SMI: return parseSMI(text);
+        case Format::SMI: return parseSMI(text, withStyleSheets);
     }
     return Data();
 }
 
 class SubtitlesReader : public Reader {
 public:
-    SubtitlesReader(Format fileFormat, const std::string& fileEncoding)
-        : format(fileFormat), encoding(fileEncoding) {}
+    SubtitlesReader(Format fileFormat, const std::string& fileEncoding, bool withStyleSheets)
+        : format(fileFormat), encoding(fileEncoding), styleSheets(withStyleSheets) {}
 
     std::size_t read(const std::string& file) override {
         fn::ByteArray bytes;
         bytes.append(file.data(), file.size());
-        data = parse(format, subtitles::decodeText(bytes, encoding, subtitles::loadLimit));
+        data = parse(format, subtitles::decodeText(bytes, encoding, subtitles::loadLimit),
+                     styleSheets);
         data->sanitize();
         return data->buffers.size();
     }
@@ -62,6 +63,7 @@ public:
 private:
     Format format;
     fn::String encoding;
+    bool styleSheets;
     Data data;
 };
 
@@ -79,8 +81,9 @@ public:
 
 }  // namespace
 
-std::unique_ptr<Reader> makeSubtitles(Format format, const std::string& encoding) {
-    return std::make_unique<SubtitlesReader>(format, encoding);
+std::unique_ptr<Reader> makeSubtitles(Format format, const std::string& encoding,
+                                      bool withStyleSheets) {
+    return std::make_unique<SubtitlesReader>(format, encoding, withStyleSheets);
 }
 
 std::unique_ptr<Reader> makeDetector() {

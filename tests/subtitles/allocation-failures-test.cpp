@@ -77,6 +77,13 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return take(size, __builtin_return_address(0));
 }
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    try {
+        return take(size, __builtin_return_address(0));
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 void operator delete(void* block) noexcept {
     give(block);
 }

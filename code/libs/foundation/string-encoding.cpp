@@ -71,8 +71,8 @@ private:
         return reinterpret_cast<iconv_t>(-1);  // NOLINT(performance-no-int-to-ptr): its own value
     }
 
-    iconv_t converter;
     std::vector<char> block = std::vector<char>(64 * 1024);
+    iconv_t converter;  ///< Last, so that nothing behind it can fail and leave it open.
 };
 
 /// The bytes of one code unit. A bad one is passed over whole, or all behind it would be read
