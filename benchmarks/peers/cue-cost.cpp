@@ -2,10 +2,11 @@
 //
 // Reads one film's file once, for a profiler: what is inside of readOnce is the cost of the cues.
 //
-//   cue-cost FORMAT BYTES [floor]
+//   cue-cost FORMAT BYTES [floor|libxml2]
 
 #include <cstdlib>
 #include <exception>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -25,6 +26,13 @@ peers::Format formatNamed(const std::string& name) {
     throw std::invalid_argument("No format is named " + name);
 }
 
+std::unique_ptr<peers::Reader> readerNamed(const std::string& name, peers::Format format) {
+    if (name == "floor") {
+        return peers::makeFloor(format);
+    }
+    return name == "libxml2" ? peers::makeLibxml2() : peers::makeSubtitles(format, "UTF-8");
+}
+
 }  // namespace
 
 // By this name tools/cue-cost tells the profiler when to count.
@@ -37,12 +45,11 @@ int main(int argc, char** argv) {
     gst_init(nullptr, nullptr);
     try {
         if (argc < 3) {
-            throw std::invalid_argument("usage: cue-cost FORMAT BYTES [floor]");
+            throw std::invalid_argument("usage: cue-cost FORMAT BYTES [floor|libxml2]");
         }
         const peers::Format format = formatNamed(argv[1]);
         const std::string file = peers::filmFile(format, std::stoul(argv[2]));
-        const auto reader =
-            argc > 3 ? peers::makeFloor(format) : peers::makeSubtitles(format, "UTF-8");
+        const auto reader = readerNamed(argc > 3 ? argv[3] : "", format);
         // What is done once in a process is no cost of a cue.
         reader->read(file);
         reader->release();
