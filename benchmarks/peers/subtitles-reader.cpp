@@ -30,7 +30,7 @@ Data parseSMI(const fn::String& text, bool withStyleSheets) {
     Data data(new subtitles::SubtitleData("application/x-attributed-text",
                                           fn::AutoPtr<_GstBuffer>(),
                                           subtitles::SubtitleData::NANOSECONDS));
-    data->buffers = loader.getBuffers();
+    data->buffers = std::move(loader.buffers);
     return data;
 }
 

@@ -13,7 +13,7 @@
 
 #include "foundation/utf8.h"
 
-#include "subtitles/attributed-text-buffer.h"
+#include "subtitles/attributed-text-writer.h"
 
 namespace subtitles {
 
@@ -235,7 +235,7 @@ void SMILoader::finishSync() {
         // An end mark: it shows nothing, but its time ends the subtitle before it.
         buffer = fn::AutoPtr<_GstBuffer>(gst_buffer_new());
     } else if (!runs.empty()) {
-        buffer = attributedTextToBuffer(runs);
+        buffer = attributedTextToBuffer(runs, blocks);
     }
     if (buffer) {
         GST_BUFFER_PTS(buffer.get()) = static_cast<GstClockTime>(syncStart);

@@ -15,6 +15,7 @@
 #include "foundation/string.h"
 
 #include "subtitles/attributed-text.h"
+#include "subtitles/buffer-blocks.h"
 #include "subtitles/gst-buffer-ptr.h"
 #include "subtitles/smi-element.h"
 #include "subtitles/style-sheet-parser.h"
@@ -102,6 +103,7 @@ private:
     std::exception_ptr exception;  ///< What an entry point caught.
     /// What is in `classes`, by each spelling that a paragraph has.
     std::map<fn::String, fn::String, std::less<>> spellings;
+    BufferBlocks blocks;           ///< Where the bytes of the buffers lie.
     fn::String styleText;          ///< The style element so far: it arrives in pieces.
     StyleSheetEffort styleEffort;  ///< Of all style elements together.
 };
