@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gst/gst.h>
@@ -72,6 +73,19 @@ TEST(BufferBlocks, GiveBuffersThatCanBeWrittenWithoutChangingTheirNeighbours) {
     EXPECT_EQ(gst_buffer_memset(first.get(), 0, '-', 100), 5U);
     EXPECT_EQ(contentOf(first), "-----");
     EXPECT_EQ(contentOf(second), "second");
+}
+
+TEST(BufferBlocks, GoOnWhereTheyAreMovedTo) {
+    BufferBlocks first;
+    const Buffer before = bufferWith(first, "before");
+    BufferBlocks second = std::move(first);
+    const Buffer behind = bufferWith(second, "behind");
+    BufferBlocks third(64);
+    const Buffer other = bufferWith(third, "other");
+    third = std::move(second);
+    const Buffer last = bufferWith(third, "last");
+    EXPECT_EQ(contentOf(before) + contentOf(behind) + contentOf(other) + contentOf(last),
+              "beforebehindotherlast");
 }
 
 TEST(BufferBlocks, MayBeDroppedOnAnyThread) {

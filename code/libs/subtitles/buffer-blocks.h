@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "foundation/auto-ptr.h"
 
@@ -22,6 +23,13 @@ public:
     /// How many bytes a block has. A buffer that needs more than a quarter of that has a block of
     /// its own, so that little of a block stays unused.
     explicit BufferBlocks(std::size_t bytesOfBlock = 16384) : blockSize(bytesOfBlock) {}
+    BufferBlocks(BufferBlocks&& other) noexcept
+        : blockSize(other.blockSize), current(std::exchange(other.current, nullptr)) {}
+    BufferBlocks& operator=(BufferBlocks&& other) noexcept {
+        std::swap(blockSize, other.blockSize);
+        std::swap(current, other.current);
+        return *this;
+    }
     BufferBlocks(const BufferBlocks&) = delete;
     BufferBlocks& operator=(const BufferBlocks&) = delete;
     ~BufferBlocks();
