@@ -48,6 +48,12 @@ class Installed(unittest.TestCase):
         cls.libraries = next(cls.prefix.glob("**/libsubtitles.so")).parent
         cls.pkg_config_path = {**os.environ, "PKG_CONFIG_PATH": str(cls.libraries / "pkgconfig")}
 
+    def search_path(self, file):
+        """The environment for a file that a distribution has left without a search path."""
+        if "RUNPATH" in run("readelf", "-d", file):
+            return dict(os.environ)
+        return {**os.environ, "LD_LIBRARY_PATH": str(self.libraries)}
+
     def pkg_config(self, *words):
         return run("pkg-config", *words, env=self.pkg_config_path).split()
 
@@ -132,8 +138,9 @@ class Installed(unittest.TestCase):
         tool = self.prefix / "bin/subtitles"
         if not tool.exists():
             self.skipTest("built without the tool")
-        self.assertIn(VERSION, run(tool, "--version"))
-        found = re.search(r"libsubtitles\S* => (\S+)", run("ldd", tool)).group(1)
+        environment = self.search_path(tool)
+        self.assertIn(VERSION, run(tool, "--version", env=environment))
+        found = re.search(r"libsubtitles\S* => (\S+)", run("ldd", tool, env=environment)).group(1)
         self.assertEqual(pathlib.Path(found).resolve().parent, self.libraries)
 
     @unittest.skipUnless(shutil.which("gst-inspect-1.0"), "needs GStreamer's tools")
@@ -141,7 +148,8 @@ class Installed(unittest.TestCase):
         plugins = self.libraries / "gstreamer-1.0"
         if not plugins.exists():
             self.skipTest("built without the plugin")
-        environment = {**os.environ, "GST_PLUGIN_PATH": str(plugins),
+        environment = {**self.search_path(plugins / "libgstsubtitles.so"),
+                       "GST_PLUGIN_PATH": str(plugins),
                        "GST_REGISTRY": str(self.folder / "registry.bin")}
         self.assertIn("subtitlesrc", run("gst-inspect-1.0", "subtitles", env=environment))
 
