@@ -47,6 +47,13 @@ endfunction()
 subtitles_sanitize(project-options)
 subtitles_sanitize(test-options undefined)
 
+# What ships tells which of its lines and branches were reached. Tests are compiled as elsewhere.
+if(SUBTITLES_COVERAGE)
+  target_compile_options(project-options INTERFACE --coverage -O0)
+  target_link_options(project-options INTERFACE --coverage)
+  target_link_options(test-options INTERFACE --coverage)
+endif()
+
 # Fuzz targets see the branches of the libraries too; the targets themselves add libFuzzer's main.
 if(SUBTITLES_FUZZ)
   target_compile_options(project-options INTERFACE -fsanitize=fuzzer-no-link)

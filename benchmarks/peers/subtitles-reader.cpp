@@ -50,10 +50,7 @@ public:
         : format(fileFormat), encoding(fileEncoding), styleSheets(withStyleSheets) {}
 
     std::size_t read(const std::string& file) override {
-        fn::ByteArray bytes;
-        bytes.append(file.data(), file.size());
-        data = parse(format, subtitles::decodeText(bytes, encoding, subtitles::loadLimit),
-                     styleSheets);
+        data = parse(format, textOf(file), styleSheets);
         data->sanitize();
         return data->buffers.size();
     }
@@ -61,6 +58,13 @@ public:
     void release() override { data.reset(); }
 
 private:
+    // As a loader does it: the bytes are gone before the text is parsed.
+    fn::String textOf(const std::string& file) const {
+        fn::ByteArray bytes;
+        bytes.append(file.data(), file.size());
+        return subtitles::decodeText(bytes, encoding, subtitles::loadLimit);
+    }
+
     Format format;
     fn::String encoding;
     bool styleSheets;

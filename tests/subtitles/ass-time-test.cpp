@@ -110,6 +110,17 @@ TEST(ASSTimeFields, AreThoseOfTheExpressionOnMutatedTimes) {
     }
 }
 
+TEST(ASSTimeFields, OfTheUsualFormAreThoseOfTheExpressionWhateverByteIsChanged) {
+    const fn::String usual = "1:23:45.67";
+    for (std::size_t at = 0; at < usual.size(); ++at) {
+        for (int byte = 0; byte < 256; ++byte) {
+            fn::String text = usual;
+            text[at] = static_cast<char>(byte);
+            ASSERT_EQ(fieldsOf(text), formats_reference::assTime(text)) << text;
+        }
+    }
+}
+
 TEST(ASSTimeLarge, DigitsInEveryField) {
     const std::string digits(8 * 1024 * 1024, '9');
     EXPECT_EQ(ass::parseTime(digits), none);

@@ -79,9 +79,26 @@ double powerOfTen(std::size_t exponent) {
                                         : std::pow(10.0, static_cast<double>(exponent));
 }
 
+/// A time as scripts have it: "0:00:00.00", and nothing else.
+bool isUsual(fn::StringView text) {
+    constexpr fn::StringView usual = "0:00:00.00";
+    if (text.size() != usual.size()) {
+        return false;
+    }
+    // All bytes are compared, which takes less time than to stop early.
+    bool differs = false;
+    for (std::size_t i = 0; i < usual.size(); ++i) {
+        differs |= usual[i] == '0' ? !isDecimalDigit(text[i]) : text[i] != usual[i];
+    }
+    return !differs;
+}
+
 }  // namespace
 
 TimeFields findTime(fn::StringView text) {
+    if (isUsual(text)) {
+        return {text.substr(0, 1), text.substr(2, 2), text.substr(5, 2), text.substr(8, 2)};
+    }
     std::size_t start = findDigit(text, 0);
     while (start < text.size()) {
         const TimeFields fields = timeAt(text, start);
