@@ -5,7 +5,6 @@
 #include <limits>
 #include <list>
 #include <utility>
-#include <utility>
 
 #include "subtitles/charset-detector.h"
 #include "subtitles/load-string.h"
