@@ -44,7 +44,8 @@ public:
     ~FloorReader() override { FloorReader::release(); }
 
     std::size_t read(const std::string& source) override {
-        const std::string file = source;  // As every reader has to get the bytes from somewhere.
+        // As every reader has to get the bytes from somewhere.
+        const std::string file = source;  // NOLINT(performance-unnecessary-copy-initialization)
         format == Format::SRT ? readSRT(file) : readMicroDVD(file);
         return buffers.size();
     }
