@@ -17,9 +17,9 @@ namespace {
 using Buffer = fn::AutoPtr<_GstBuffer>;
 
 Buffer bufferWith(BufferBlocks& blocks, const std::string& text) {
-    BufferBlocks::NewBuffer made = blocks.allocate(text.size());
-    std::memcpy(made.bytes, text.data(), text.size());
-    return made.buffer;
+    BufferBlocks::Bytes bytes = blocks.allocate(text.size());
+    std::memcpy(bytes.data(), text.data(), text.size());
+    return BufferBlocks::toBuffer(std::move(bytes));
 }
 
 std::string contentOf(const Buffer& buffer) {
@@ -53,9 +53,20 @@ TEST(BufferBlocks, LetBuffersOutliveThem) {
     EXPECT_EQ(contentOf(large), std::string(1000, 'x'));
 }
 
+TEST(BufferBlocks, MayGiveBytesThatBecomeNoBuffer) {
+    BufferBlocks::Bytes kept;
+    {
+        BufferBlocks blocks(64);
+        blocks.allocate(10);
+        kept = blocks.allocate(1000);
+        std::memset(kept.data(), 'k', 1000);
+    }
+    EXPECT_EQ(contentOf(BufferBlocks::toBuffer(std::move(kept))), std::string(1000, 'k'));
+}
+
 TEST(BufferBlocks, GiveNoMemoryToAnEmptyBuffer) {
     BufferBlocks blocks;
-    const Buffer buffer = blocks.allocate(0).buffer;
+    const Buffer buffer = BufferBlocks::toBuffer(blocks.allocate(0));
     EXPECT_EQ(gst_buffer_get_size(buffer.get()), 0U);
     EXPECT_EQ(gst_buffer_n_memory(buffer.get()), 0U);
 }

@@ -204,13 +204,13 @@ fn::AutoPtr<_GstBuffer> makeEvent(int readOrder, const Values& values, BufferBlo
     for (std::size_t field = Layer; field <= Text; ++field) {
         size += 1 + values[field].size();
     }
-    BufferBlocks::NewBuffer made = blocks.allocate(size);
-    std::uint8_t* to = copyTo(made.bytes, number);
+    BufferBlocks::Bytes bytes = blocks.allocate(size);
+    std::uint8_t* to = copyTo(bytes.data(), number);
     for (std::size_t field = Layer; field <= Text; ++field) {
         *to++ = ',';
         to = copyTo(to, values[field]);
     }
-    return std::move(made.buffer);
+    return BufferBlocks::toBuffer(std::move(bytes));
 }
 
 void readEvents(ScriptLines& lines, const Columns& columns, BufferBlocks& blocks,
@@ -251,10 +251,10 @@ fn::AutoPtr<SubtitleData> parseASS(const fn::String& text) {
     ass::ScriptLines lines(fn::to_string_view(text));
     const fn::String header = ass::readHeader(lines);
     BufferBlocks blocks;
-    BufferBlocks::NewBuffer head = blocks.allocate(header.size());
-    ass::copyTo(head.bytes, fn::to_string_view(header));
-    fn::AutoPtr<SubtitleData> data(
-        new SubtitleData("application/x-ass", head.buffer, SubtitleData::NANOSECONDS));
+    BufferBlocks::Bytes head = blocks.allocate(header.size());
+    ass::copyTo(head.data(), fn::to_string_view(header));
+    fn::AutoPtr<SubtitleData> data(new SubtitleData(
+        "application/x-ass", BufferBlocks::toBuffer(std::move(head)), SubtitleData::NANOSECONDS));
     const std::vector<fn::String> names = ass::readFormat(lines);
     if (!names.empty()) {
         ass::readEvents(lines, ass::Columns(names), blocks, *data);

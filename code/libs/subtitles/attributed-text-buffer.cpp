@@ -207,25 +207,29 @@ PlainHead plainHead() {
 
 }  // namespace
 
-fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text, BufferBlocks& blocks) {
-    BufferBlocks::NewBuffer made = blocks.allocate(wireSize(text));
-    Writer writer(made.bytes);
+BufferBlocks::Bytes attributedTextToBytes(const AttributedText& text, BufferBlocks& blocks) {
+    BufferBlocks::Bytes bytes = blocks.allocate(wireSize(text));
+    Writer writer(bytes.data());
     writer.transfer(static_cast<std::uint32_t>(text.size()));
     for (const AttributedText::Run& run : text) {
         transferRun(writer, run);
     }
-    return std::move(made.buffer);
+    return bytes;
+}
+
+fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text, BufferBlocks& blocks) {
+    return BufferBlocks::toBuffer(attributedTextToBytes(text, blocks));
 }
 
 fn::AutoPtr<_GstBuffer> plainTextToBuffer(fn::StringView text, BufferBlocks& blocks) {
     static const PlainHead head = plainHead();
     const auto length = static_cast<std::uint32_t>(text.size());
-    BufferBlocks::NewBuffer made = blocks.allocate(head.size() + sizeof length + length);
-    Writer writer(made.bytes);
+    BufferBlocks::Bytes bytes = blocks.allocate(head.size() + sizeof length + length);
+    Writer writer(bytes.data());
     writer.put(head.data(), head.size());
     writer.transfer(length);
     writer.put(text.data(), length);
-    return std::move(made.buffer);
+    return BufferBlocks::toBuffer(std::move(bytes));
 }
 
 fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text) {

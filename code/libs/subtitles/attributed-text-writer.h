@@ -13,6 +13,9 @@
 
 namespace subtitles {
 
+/// The bytes of the buffer that `attributedTextToBuffer` makes.
+BufferBlocks::Bytes attributedTextToBytes(const AttributedText& text, BufferBlocks& blocks);
+
 /// `attributedTextToBuffer`, with the buffer's bytes in one of `blocks`.
 fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text, BufferBlocks& blocks);
 

@@ -37,13 +37,13 @@ BufferBlocks::~BufferBlocks() {
     }
 }
 
-BufferBlocks::NewBuffer BufferBlocks::allocate(std::size_t size) {
+BufferBlocks::Bytes BufferBlocks::allocate(std::size_t size) {
     if (size == 0) {
-        return {fn::AutoPtr<_GstBuffer>(gst_buffer_new()), nullptr};
+        return {};
     }
     if (size > blockSize / 4) {
         Block* const block = makeBlock(size);
-        NewBuffer result = take(*block, size);
+        Bytes result = take(*block, size);
         drop(block);
         return result;
     }
@@ -62,13 +62,30 @@ BufferBlocks::Block* BufferBlocks::makeBlock(std::size_t size) {
     return new (::operator new(sizeof(Block) + room)) Block{{1}, room, 0};
 }
 
-BufferBlocks::NewBuffer BufferBlocks::take(Block& block, std::size_t size) {
-    std::uint8_t* const bytes = block.bytes() + block.used;
+BufferBlocks::Bytes BufferBlocks::take(Block& block, std::size_t size) {
+    Bytes result;
+    result.block = &block;
+    result.bytes = block.bytes() + block.used;
+    result.size = size;
     block.used += roundedUp(size);
     block.owners.fetch_add(1, std::memory_order_relaxed);
-    return {fn::AutoPtr<_GstBuffer>(gst_buffer_new_wrapped_full(
-                static_cast<GstMemoryFlags>(0), bytes, size, 0, size, &block, drop)),
-            bytes};
+    return result;
+}
+
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the buffer takes them over
+fn::AutoPtr<_GstBuffer> BufferBlocks::toBuffer(Bytes bytes) {
+    if (bytes.block == nullptr) {
+        return fn::AutoPtr<_GstBuffer>(gst_buffer_new());
+    }
+    Block* const block = std::exchange(bytes.block, nullptr);
+    return fn::AutoPtr<_GstBuffer>(gst_buffer_new_wrapped_full(
+        static_cast<GstMemoryFlags>(0), bytes.bytes, bytes.size, 0, bytes.size, block, drop));
+}
+
+BufferBlocks::Bytes::~Bytes() {
+    if (block != nullptr) {
+        drop(block);
+    }
 }
 
 void BufferBlocks::drop(void* block) {

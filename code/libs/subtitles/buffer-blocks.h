@@ -19,6 +19,8 @@ namespace subtitles {
 /// bytes of its own in one, and a block lives as long as a buffer with bytes in it, on whatever
 /// thread the last of them goes.
 class BufferBlocks {
+    struct Block;
+
 public:
     /// How many bytes a block has. A buffer that needs more than a quarter of that has a block of
     /// its own, so that little of a block stays unused.
@@ -34,21 +36,42 @@ public:
     BufferBlocks& operator=(const BufferBlocks&) = delete;
     ~BufferBlocks();
 
-    /// A buffer without times, and its bytes, which are for the caller to write before anybody else
-    /// sees the buffer. Null where it has none.
-    struct NewBuffer {
-        fn::AutoPtr<_GstBuffer> buffer;
-        std::uint8_t* bytes;
+    /// Bytes that are to become a buffer. They are for their owner to write until then.
+    class Bytes {
+    public:
+        Bytes() = default;
+        Bytes(Bytes&& other) noexcept
+            : block(std::exchange(other.block, nullptr)), bytes(other.bytes), size(other.size) {}
+        Bytes& operator=(Bytes&& other) noexcept {
+            std::swap(block, other.block);
+            std::swap(bytes, other.bytes);
+            std::swap(size, other.size);
+            return *this;
+        }
+        Bytes(const Bytes&) = delete;
+        Bytes& operator=(const Bytes&) = delete;
+        ~Bytes();
+
+        /// Null where there are none.
+        std::uint8_t* data() const { return bytes; }
+
+    private:
+        friend class BufferBlocks;
+
+        Block* block = nullptr;  ///< This is one of its owners.
+        std::uint8_t* bytes = nullptr;
+        std::size_t size = 0;
     };
 
     /// Raises `std::bad_alloc` where there is no memory.
-    NewBuffer allocate(std::size_t size);
+    Bytes allocate(std::size_t size);
+
+    /// A buffer without times that has these bytes; an empty one for none.
+    static fn::AutoPtr<_GstBuffer> toBuffer(Bytes bytes);
 
 private:
-    struct Block;
-
     static Block* makeBlock(std::size_t size);
-    static NewBuffer take(Block& block, std::size_t size);
+    static Bytes take(Block& block, std::size_t size);
     static void drop(void* block);
 
     std::size_t blockSize;

@@ -124,7 +124,10 @@ void SMILoader::parseDocument(const fn::String& text) {
     // The result counts the document's errors, and most documents have some.
     htmlParseChunk(parser.get(), text.data(), static_cast<int>(text.size()), 1);
     htmlParser = nullptr;
-    guarded([this] { flushStyleText(); });
+    guarded([this] {
+        flushStyleText();
+        makeBuffers();
+    });
     if (exception) {
         std::rethrow_exception(std::exchange(exception, nullptr));
     }

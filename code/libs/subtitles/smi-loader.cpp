@@ -132,7 +132,7 @@ void SMILoader::startParagraph(const fn::String& className) {
 }
 
 bool SMILoader::isWanted(const fn::String& className) const {
-    if (languagesOnly && !buffers.empty()) {
+    if (languagesOnly && (!buffers.empty() || !cues.empty())) {
         return false;
     }
     return wantedClass.empty() || wantedClass == className;
@@ -230,20 +230,35 @@ void SMILoader::finishSync() {
         return;
     }
     finishParagraph();
-    fn::AutoPtr<_GstBuffer> buffer;
     if (isBlankSync()) {
         // An end mark: it shows nothing, but its time ends the subtitle before it.
-        buffer = fn::AutoPtr<_GstBuffer>(gst_buffer_new());
+        appendCue(BufferBlocks::Bytes());
     } else if (!runs.empty()) {
-        buffer = attributedTextToBuffer(runs, blocks);
-    }
-    if (buffer) {
-        GST_BUFFER_PTS(buffer.get()) = static_cast<GstClockTime>(syncStart);
-        buffers.push_back(std::move(buffer));
+        appendCue(attributedTextToBytes(runs, blocks));
     }
     syncStart = -1;
     // `inParagraph` stays: in a document without end tags the next block's text follows at once.
     runs.clear();
+}
+
+void SMILoader::appendCue(BufferBlocks::Bytes bytes) {
+    if (htmlParser != nullptr) {
+        cues.push_back({syncStart, std::move(bytes)});
+    } else {
+        appendBuffer(syncStart, std::move(bytes));
+    }
+}
+
+void SMILoader::appendBuffer(long long start, BufferBlocks::Bytes bytes) {
+    buffers.push_back(BufferBlocks::toBuffer(std::move(bytes)));
+    GST_BUFFER_PTS(buffers.back().get()) = static_cast<GstClockTime>(start);
+}
+
+void SMILoader::makeBuffers() {
+    for (Cue& cue : cues) {
+        appendBuffer(cue.start, std::move(cue.bytes));
+    }
+    cues.clear();
 }
 
 /// One run that is only blank. Two runs are never looked at, even if both are.
@@ -252,6 +267,9 @@ bool SMILoader::isBlankSync() const {
         return false;
     }
     const fn::String& whole = runs.front().text;
+    if (whole == "\xC2\xA0") {
+        return true;  // As nearly all end marks are.
+    }
     if (!beginsLikeABlank(whole) && fn::utf8::isValid(fn::to_string_view(whole))) {
         return false;
     }

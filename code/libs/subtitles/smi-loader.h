@@ -9,6 +9,7 @@
 #include <list>
 #include <map>
 #include <set>
+#include <vector>
 
 #include "foundation/auto-ptr.h"
 #include "foundation/string-view.h"
@@ -103,7 +104,20 @@ private:
     std::exception_ptr exception;  ///< What an entry point caught.
     /// What is in `classes`, by each spelling that a paragraph has.
     std::map<fn::String, fn::String, std::less<>> spellings;
+    /// A cue or, without bytes, an end mark. While the HTML parser runs, which takes and gives back
+    /// a lot of memory, the buffers would lie scattered between that: reading would take half as
+    /// long again. So they are made when it has come to its end.
+    struct Cue {
+        long long start;
+        BufferBlocks::Bytes bytes;
+    };
+
+    void appendCue(BufferBlocks::Bytes bytes);
+    void appendBuffer(long long start, BufferBlocks::Bytes bytes);
+    void makeBuffers();
+
     BufferBlocks blocks;           ///< Where the bytes of the buffers lie.
+    std::vector<Cue> cues;         ///< What is to become buffers.
     fn::String styleText;          ///< The style element so far: it arrives in pieces.
     StyleSheetEffort styleEffort;  ///< Of all style elements together.
 };
