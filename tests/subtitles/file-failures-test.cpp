@@ -41,6 +41,7 @@ bool happens(const Event& event, int& calls) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system has its own names
 extern "C" __attribute__((visibility("default"))) ssize_t read(int file, void* to, size_t size) {
     using Read = ssize_t (*)(int, void*, size_t);
     static const Read systemRead = reinterpret_cast<Read>(dlsym(RTLD_NEXT, "read"));
@@ -50,6 +51,7 @@ extern "C" __attribute__((visibility("default"))) ssize_t read(int file, void* t
     return systemRead(file, to, size < mostBytes ? size : mostBytes);
 }
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" __attribute__((visibility("default"))) dirent* readdir(DIR* folder) {
     using Readdir = dirent* (*)(DIR*);
     static const Readdir systemReaddir = reinterpret_cast<Readdir>(dlsym(RTLD_NEXT, "readdir"));
@@ -61,7 +63,6 @@ extern "C" __attribute__((visibility("default"))) dirent* readdir(DIR* folder) {
 
 namespace {
 
-using subtitles::SubtitleData;
 using subtitles::SubtitleLoader;
 using subtitles::SubtitleReference;
 

@@ -57,6 +57,7 @@ constexpr std::size_t thousand = 1000;
 constexpr std::size_t many = 100000;
 constexpr std::size_t million = 1000000;
 
+// NOLINTNEXTLINE(readability-function-size): one table
 std::vector<Shape> makeShapes() {
     return {
         {"Nothing", ""},
