@@ -55,29 +55,32 @@ void requirePlayable(const subtitles::SubtitleData& data) {
     }
 }
 
-Data parseSMI(const fn::String& text) {
+Data loadSMI(const fn::String& text) {
     subtitles::SMILoader loader;
-    loader.parseText(text);
     Data data(new subtitles::SubtitleData("application/x-attributed-text",
                                           fn::AutoPtr<_GstBuffer>(),
                                           subtitles::SubtitleData::NANOSECONDS));
-    data->buffers = loader.getBuffers();
+    data->buffers = loader.loadText(text);
+    return data;
+}
+
+Data sanitized(Data data) {
+    data->sanitize();
     return data;
 }
 
 Data parseAs(unsigned format, const fn::String& text) {
     switch (format) {
-        case 0: return subtitles::parseSRT(text);
-        case 1: return subtitles::parseMicroDVD(text, -1);
-        case 2: return subtitles::parseASS(text);
-        default: return parseSMI(text);
+        case 0: return sanitized(subtitles::parseSRT(text));
+        case 1: return sanitized(subtitles::parseMicroDVD(text, -1));
+        case 2: return sanitized(subtitles::parseASS(text));
+        default: return loadSMI(text);
     }
 }
 
 void parse(unsigned format, const fn::String& text) {
     try {
         const Data data = parseAs(format, text);
-        data->sanitize();
         requirePlayable(*data);
     } catch (const fn::UTF8Exception&) {
         FUZZ_REQUIRE(!fn::utf8::isValid(fn::to_string_view(text)));

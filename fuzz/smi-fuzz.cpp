@@ -11,6 +11,7 @@
 
 #include "subtitles/attributed-text-buffer.h"
 #include "subtitles/smi-loader.h"
+#include "subtitles/subtitle-data.h"
 
 #include "fuzz/fuzz-require.h"
 
@@ -52,6 +53,24 @@ void checkLanguages(const subtitles::SMILoader& loader) {
     }
 }
 
+/// A stream that is loaded is the same as one whose every buffer is made first.
+void checkStream(const fn::String& text, const subtitles::SMILoader& whole) {
+    subtitles::SubtitleData data("application/x-attributed-text", fn::AutoPtr<_GstBuffer>(),
+                                 subtitles::SubtitleData::NANOSECONDS);
+    data.buffers = whole.getBuffers();
+    data.sanitize();
+    subtitles::SMILoader loader;
+    const auto stream = loader.loadText(text);
+    FUZZ_REQUIRE(stream.size() == data.buffers.size());
+    auto expected = data.buffers.begin();
+    for (const auto& buffer : stream) {
+        FUZZ_REQUIRE(GST_BUFFER_PTS(buffer.get()) == GST_BUFFER_PTS(expected->get()));
+        FUZZ_REQUIRE(GST_BUFFER_DURATION(buffer.get()) == GST_BUFFER_DURATION(expected->get()));
+        FUZZ_REQUIRE(gst_buffer_get_size(buffer.get()) == gst_buffer_get_size(expected->get()));
+        ++expected;
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -69,6 +88,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FUZZ_REQUIRE(loading.buffers.size() == analysis.buffers.size());
     FUZZ_REQUIRE(loading.classes == analysis.classes);
     FUZZ_REQUIRE(loading.languages.empty());
+
+    checkStream(text, analysis);
 
     for (const fn::String& wanted : analysis.classes) {
         subtitles::SMILoader one;

@@ -23,23 +23,27 @@ namespace {
 
 using Data = fn::AutoPtr<subtitles::SubtitleData>;
 
-Data parseSMI(const fn::String& text, bool withStyleSheets) {
+Data loadSMI(const fn::String& text, bool withStyleSheets) {
     subtitles::SMILoader loader;
     loader.parseStyleSheets = withStyleSheets;
-    loader.parseText(text);
     Data data(new subtitles::SubtitleData("application/x-attributed-text",
                                           fn::AutoPtr<_GstBuffer>(),
                                           subtitles::SubtitleData::NANOSECONDS));
-    data->buffers = std::move(loader.buffers);
+    data->buffers = loader.loadText(text);
     return data;
 }
 
-Data parse(Format format, fn::String text, bool withStyleSheets) {
+Data sanitized(Data data) {
+    data->sanitize();
+    return data;
+}
+
+Data load(Format format, fn::String text, bool withStyleSheets) {
     switch (format) {
-        case Format::SRT: return subtitles::parseSRT(text);
-        case Format::MicroDVD: return subtitles::parseMicroDVD(std::move(text), -1);
-        case Format::ASS: return subtitles::parseASS(text);
-        case Format::SMI: return parseSMI(text, withStyleSheets);
+        case Format::SRT: return sanitized(subtitles::parseSRT(text));
+        case Format::MicroDVD: return sanitized(subtitles::parseMicroDVD(std::move(text), -1));
+        case Format::ASS: return sanitized(subtitles::parseASS(text));
+        case Format::SMI: return loadSMI(text, withStyleSheets);
     }
     return Data();
 }
@@ -50,8 +54,7 @@ public:
         : format(fileFormat), encoding(fileEncoding), styleSheets(withStyleSheets) {}
 
     std::size_t read(const std::string& file) override {
-        data = parse(format, textOf(file), styleSheets);
-        data->sanitize();
+        data = load(format, textOf(file), styleSheets);
         return data->buffers.size();
     }
 

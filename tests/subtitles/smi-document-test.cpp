@@ -3,13 +3,16 @@
 // Whole documents through the HTML parser, which opens and closes elements by itself and cuts texts
 // where it likes.
 
+#include <iterator>
 #include <new>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "subtitles/attributed-text-buffer.h"
 #include "subtitles/smi-loader.h"
+#include "subtitles/subtitle-data.h"
 
 #include "tests/support/describe.h"
 
@@ -216,6 +219,46 @@ TEST(SMIDocumentText, StyleElementsInAStyleElementAreText) {
         document += "<style>";
     }
     EXPECT_EQ(languagesOf(document + "</style><p class=x>a"), "[x X]");
+}
+
+/// The stream of a document by the long way: every buffer is made, end marks too, and then cleaned
+/// up like those of the other formats.
+std::string sanitizedText(const std::string& document) {
+    SMILoader loader;
+    loader.parseText(document);
+    SubtitleData data("application/x-attributed-text", fn::AutoPtr<_GstBuffer>(),
+                      SubtitleData::NANOSECONDS);
+    data.buffers = loader.getBuffers();
+    data.sanitize();
+    return describe(data);
+}
+
+std::string loadedText(const std::string& document) {
+    SMILoader loader;
+    SubtitleData data("application/x-attributed-text", fn::AutoPtr<_GstBuffer>(),
+                      SubtitleData::NANOSECONDS);
+    data.buffers = loader.loadText(document);
+    EXPECT_TRUE(loader.buffers.empty());
+    return describe(data);
+}
+
+TEST_P(SMIText, LoadsAsSanitized) {
+    EXPECT_EQ(loadedText(GetParam().document), sanitizedText(GetParam().document));
+}
+
+// Blocks in every order of few times, so that many are equal, with end marks, blocks that show
+// nothing and mark-up between them.
+TEST(SMIDocumentText, LoadsAsSanitizedInAnyOrder) {
+    constexpr const char* texts[] = {"a", "&nbsp;", "<i>b</i>", "", " ", "<b>c</b>d"};
+    std::mt19937 random(20);
+    for (int document = 0; document < 2000; ++document) {
+        std::string text;
+        for (unsigned blocks = random() % 8; blocks > 0; --blocks) {
+            text += "<sync start=" + std::to_string(random() % 4) + "><p>" +
+                    texts[random() % std::size(texts)];
+        }
+        ASSERT_EQ(loadedText(text), sanitizedText(text)) << text;
+    }
 }
 
 struct LongCase {

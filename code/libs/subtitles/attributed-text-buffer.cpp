@@ -221,7 +221,7 @@ fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text, Buffe
     return BufferBlocks::toBuffer(attributedTextToBytes(text, blocks));
 }
 
-fn::AutoPtr<_GstBuffer> plainTextToBuffer(fn::StringView text, BufferBlocks& blocks) {
+BufferBlocks::Bytes plainTextToBytes(fn::StringView text, BufferBlocks& blocks) {
     static const PlainHead head = plainHead();
     const auto length = static_cast<std::uint32_t>(text.size());
     BufferBlocks::Bytes bytes = blocks.allocate(head.size() + sizeof length + length);
@@ -229,7 +229,11 @@ fn::AutoPtr<_GstBuffer> plainTextToBuffer(fn::StringView text, BufferBlocks& blo
     writer.put(head.data(), head.size());
     writer.transfer(length);
     writer.put(text.data(), length);
-    return BufferBlocks::toBuffer(std::move(bytes));
+    return bytes;
+}
+
+fn::AutoPtr<_GstBuffer> plainTextToBuffer(fn::StringView text, BufferBlocks& blocks) {
+    return BufferBlocks::toBuffer(plainTextToBytes(text, blocks));
 }
 
 fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text) {

@@ -19,7 +19,8 @@ BufferBlocks::Bytes attributedTextToBytes(const AttributedText& text, BufferBloc
 /// `attributedTextToBuffer`, with the buffer's bytes in one of `blocks`.
 fn::AutoPtr<_GstBuffer> attributedTextToBuffer(const AttributedText& text, BufferBlocks& blocks);
 
-/// The same for a text of one run without attributes, as nearly every cue is.
+/// The same two for a text of one run without attributes, as nearly every cue is.
+BufferBlocks::Bytes plainTextToBytes(fn::StringView text, BufferBlocks& blocks);
 fn::AutoPtr<_GstBuffer> plainTextToBuffer(fn::StringView text, BufferBlocks& blocks);
 
 }  // namespace subtitles

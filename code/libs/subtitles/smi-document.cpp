@@ -102,15 +102,30 @@ void SMILoader::parse(const fn::String& path, const fn::String& encoding) {
 }
 
 void SMILoader::parseText(const fn::String& text) {
+    readText(text);
+    makeBuffers();
+}
+
+SMILoader::Buffers SMILoader::load(const fn::String& path, const fn::String& encoding) {
+    readText(loadString(path, encoding, loadLimit));
+    return makeStream();
+}
+
+SMILoader::Buffers SMILoader::loadText(const fn::String& text) {
+    readText(text);
+    return makeStream();
+}
+
+void SMILoader::readText(const fn::String& text) {
     const char* const bad = fn::utf8::findMalformed(text.data(), text.data() + text.size());
     if (bad == text.data() + text.size()) {
-        parseDocument(text);
+        readDocument(text);
     } else {
-        parseDocument(withoutMalformedUTF8(text, bad));
+        readDocument(withoutMalformedUTF8(text, bad));
     }
 }
 
-void SMILoader::parseDocument(const fn::String& text) {
+void SMILoader::readDocument(const fn::String& text) {
     const std::unique_ptr<htmlParserCtxt, FreeParser> parser(
         htmlCreatePushParserCtxt(saxHandler(), this, "", 0, nullptr, XML_CHAR_ENCODING_UTF8));
     if (!parser) {
@@ -124,13 +139,10 @@ void SMILoader::parseDocument(const fn::String& text) {
     // The result counts the document's errors, and most documents have some.
     htmlParseChunk(parser.get(), text.data(), static_cast<int>(text.size()), 1);
     htmlParser = nullptr;
-    guarded([this] {
-        flushStyleText();
-        makeBuffers();
-    });
     if (exception) {
         std::rethrow_exception(std::exchange(exception, nullptr));
     }
+    flushStyleText();
 }
 
 /// Runs an action that the HTML parser asks for. An exception cannot pass through the parser, which

@@ -7,6 +7,8 @@
 #include "subtitles/smi-loader.h"
 
 #include <algorithm>
+#include <cstring>
+#include <iterator>
 #include <utility>
 
 #include <gst/gst.h>
@@ -14,6 +16,7 @@
 #include "foundation/utf8.h"
 
 #include "subtitles/attributed-text-writer.h"
+#include "subtitles/stream-times.h"
 
 namespace subtitles {
 
@@ -50,9 +53,12 @@ fn::String toString(fn::StringView text) {
     return fn::String(text.data(), text.size());
 }
 
-/// A byte of a text that does not stand for itself.
-bool isSpecial(char byte) {
-    return byte == '\n' || byte == '\r' || byte == '\t';
+bool isLineEnd(char byte) {
+    return byte == '\n' || byte == '\r';
+}
+
+bool contains(fn::StringView text, char byte) {
+    return !text.empty() && std::memchr(text.data(), byte, text.size()) != nullptr;
 }
 
 /// Whether the text is empty or begins as white space, a no-break space or "&nbsp;" may: most texts
@@ -61,6 +67,23 @@ bool beginsLikeABlank(const fn::String& text) {
     const auto first = static_cast<unsigned char>(*text.c_str());
     // Behind ASCII, white space is U+0085, U+00A0, U+1680 and some from U+2000 to U+3000.
     return first <= ' ' || first == '&' || first == 0xC2 || (first >= 0xE1 && first <= 0xE3);
+}
+
+/// Whether a text shows nothing. A block with no more than that is an end mark: its time ends the
+/// subtitle before it.
+bool isBlank(const fn::String& whole) {
+    if (whole == "\xC2\xA0") {
+        return true;  // As nearly all end marks are.
+    }
+    if (!beginsLikeABlank(whole) && fn::utf8::isValid(fn::to_string_view(whole))) {
+        return false;
+    }
+    // Trimmed first: blanks between two no-break spaces are text.
+    fn::String text = whole.trim(true);
+    text.replaceAll("\xC2\xA0", "");
+    text.replaceAll("&nbsp;", "");
+    text.replaceAll("&nbsp", "");
+    return text.empty();
 }
 
 bool isInline(Element element) {
@@ -186,16 +209,18 @@ void SMILoader::appendText(fn::StringView text) {
     if (!inParagraph) {
         return;
     }
-    const char* position = text.data();
-    const char* const end = position + text.size();
-    while (position != end) {
-        const char* const special = std::find_if(position, end, isSpecial);
-        run.text.append(position, static_cast<std::size_t>(special - position));
-        position = special;
-        for (; position != end && isSpecial(*position); ++position) {
-            if (*position == '\t') {
-                run.text += ' ';
-            }
+    // Most texts have line ends behind them and none inside.
+    while (!text.empty() && isLineEnd(text.back())) {
+        text.remove_suffix(1);
+    }
+    // Three searches by the C library are faster than one for any of the three.
+    if (!contains(text, '\n') && !contains(text, '\r') && !contains(text, '\t')) {
+        run.text += text;
+        return;
+    }
+    for (const char byte : text) {
+        if (!isLineEnd(byte)) {
+            run.text += byte == '\t' ? ' ' : byte;
         }
     }
 }
@@ -229,56 +254,66 @@ void SMILoader::finishSync() {
     if (syncStart == -1) {
         return;
     }
-    finishParagraph();
-    if (isBlankSync()) {
-        // An end mark: it shows nothing, but its time ends the subtitle before it.
-        appendCue(BufferBlocks::Bytes());
-    } else if (!runs.empty()) {
-        appendCue(attributedTextToBytes(runs, blocks));
+    if (runs.empty() && run.attributes.attributeMask == 0) {
+        finishPlainSync();
+    } else {
+        finishParagraph();
+        // Two runs are never looked at, even if both are blank.
+        if (runs.size() == 1 && isBlank(runs.front().text)) {
+            appendCue(BufferBlocks::Bytes());
+        } else if (!runs.empty()) {
+            appendCue(attributedTextToBytes(runs, blocks));
+        }
+        runs.clear();
     }
     syncStart = -1;
     // `inParagraph` stays: in a document without end tags the next block's text follows at once.
-    runs.clear();
+}
+
+/// The short way for a block without mark-up, as nearly all are: its text need not become a run of
+/// the block first, and what holds it is kept for the next one.
+void SMILoader::finishPlainSync() {
+    if (!run.text.empty()) {
+        appendCue(isBlank(run.text) ? BufferBlocks::Bytes() : plainTextToBytes(run.text, blocks));
+        run.text.clear();
+    }
+    finishParagraph();
 }
 
 void SMILoader::appendCue(BufferBlocks::Bytes bytes) {
-    if (htmlParser != nullptr) {
-        cues.push_back({syncStart, std::move(bytes)});
-    } else {
-        appendBuffer(syncStart, std::move(bytes));
+    cues.push_back({static_cast<std::uint64_t>(syncStart), std::move(bytes)});
+    if (htmlParser == nullptr) {
+        makeBuffers();
     }
-}
-
-void SMILoader::appendBuffer(long long start, BufferBlocks::Bytes bytes) {
-    buffers.push_back(BufferBlocks::toBuffer(std::move(bytes)));
-    GST_BUFFER_PTS(buffers.back().get()) = static_cast<GstClockTime>(start);
 }
 
 void SMILoader::makeBuffers() {
     for (Cue& cue : cues) {
-        appendBuffer(cue.start, std::move(cue.bytes));
+        buffers.push_back(BufferBlocks::toBuffer(std::move(cue.bytes)));
+        buffers.back()->pts = cue.start;
     }
     cues.clear();
 }
 
-/// One run that is only blank. Two runs are never looked at, even if both are.
-bool SMILoader::isBlankSync() const {
-    if (runs.size() != 1) {
-        return false;
+SMILoader::Buffers SMILoader::makeStream() {
+    const auto isEarlier = [](const Cue& a, const Cue& b) { return a.start < b.start; };
+    if (!std::is_sorted(cues.begin(), cues.end(), isEarlier)) {
+        std::stable_sort(cues.begin(), cues.end(), isEarlier);
     }
-    const fn::String& whole = runs.front().text;
-    if (whole == "\xC2\xA0") {
-        return true;  // As nearly all end marks are.
+    Buffers stream;
+    for (auto cue = cues.begin(); cue != cues.end(); ++cue) {
+        const auto next = std::next(cue);
+        const GstClockTime duration =
+            next == cues.end() ? lastDuration
+                               : durationUntil(next->start, cue->start, GST_CLOCK_TIME_NONE, true);
+        if (cue->bytes.data() != nullptr && duration != GST_CLOCK_TIME_NONE) {
+            stream.push_back(BufferBlocks::toBuffer(std::move(cue->bytes)));
+            stream.back()->pts = cue->start;
+            stream.back()->duration = duration;
+        }
     }
-    if (!beginsLikeABlank(whole) && fn::utf8::isValid(fn::to_string_view(whole))) {
-        return false;
-    }
-    // Trimmed first: blanks between two no-break spaces are text.
-    fn::String text = whole.trim(true);
-    text.replaceAll("\xC2\xA0", "");
-    text.replaceAll("&nbsp;", "");
-    text.replaceAll("&nbsp", "");
-    return text.empty();
+    cues.clear();
+    return stream;
 }
 
 }  // namespace subtitles

@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <list>
@@ -34,6 +35,8 @@ namespace subtitles {
 /// out.
 class SMILoader {
 public:
+    using Buffers = std::list<fn::AutoPtr<_GstBuffer>>;
+
     /// What a style sheet or a paragraph tells of one class. At most one of code and name is set.
     struct LanguageEntry {
         fn::String className;     ///< In lower case: the value for `wantedClass`.
@@ -49,7 +52,14 @@ public:
     void parseText(const fn::String& text);
 
     /// The buffers in the order of the document, without durations. A copy that shares them.
-    std::list<fn::AutoPtr<_GstBuffer>> getBuffers() const { return buffers; }
+    Buffers getBuffers() const { return buffers; }
+
+    /// Instead of `parse`: the buffers as `SubtitleData::sanitize` leaves them. Half of a
+    /// document's cues are end marks, which do not outlive that; here none becomes a buffer.
+    Buffers load(const fn::String& path, const fn::String& encoding);
+
+    /// The same for a text.
+    Buffers loadText(const fn::String& text);
 
     /// One entry for each class that a paragraph has, in ascending byte order.
     std::list<LanguageEntry> getLanguages() const;
@@ -73,7 +83,7 @@ public:
     AttributedText::Run run;
     TextAttributesStack attributeStack;  ///< The open inline tags of the paragraph.
     long long syncStart = -1;  ///< Start of the open block in nanoseconds; -1 when none is open.
-    std::list<fn::AutoPtr<_GstBuffer>> buffers;
+    Buffers buffers;
     std::map<fn::String, LanguageEntry> languages;  ///< What style sheets define, by class.
     std::set<fn::String> classes;                   ///< What paragraphs use, in lower case.
     bool languagesOnly = false;  ///< No paragraph counts any more once there is a buffer.
@@ -93,14 +103,15 @@ private:
     void startSync(fn::StringView time);
     void appendText(fn::StringView text);
     void readStyle(fn::String text);
-    bool isBlankSync() const;
-    void parseDocument(const fn::String& text);
+    void readText(const fn::String& text);
+    void readDocument(const fn::String& text);
     void flushStyleText();
+    void finishPlainSync();
 
     template <class Action>
     void guarded(Action&& action);
 
-    void* htmlParser = nullptr;    ///< While `parseText` runs.
+    void* htmlParser = nullptr;    ///< While a text is read.
     std::exception_ptr exception;  ///< What an entry point caught.
     /// What is in `classes`, by each spelling that a paragraph has.
     std::map<fn::String, fn::String, std::less<>> spellings;
@@ -108,13 +119,13 @@ private:
     /// a lot of memory, the buffers would lie scattered between that: reading would take half as
     /// long again. So they are made when it has come to its end.
     struct Cue {
-        long long start;
+        std::uint64_t start;
         BufferBlocks::Bytes bytes;
     };
 
     void appendCue(BufferBlocks::Bytes bytes);
-    void appendBuffer(long long start, BufferBlocks::Bytes bytes);
     void makeBuffers();
+    Buffers makeStream();
 
     BufferBlocks blocks;           ///< Where the bytes of the buffers lie.
     std::vector<Cue> cues;         ///< What is to become buffers.

@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <list>
-#include <utility>
 
 #include "subtitles/charset-detector.h"
 #include "subtitles/load-string.h"
@@ -69,11 +68,10 @@ fn::AutoPtr<SubtitleData> SMISubtitleLoader::loadSubtitle(const SubtitleReferenc
     if (wanted != reference.loaderProperties.end()) {
         loader.wantedClass = wanted->second;
     }
-    loader.parse(reference.path, encoding.empty() ? detectEncoding(reference.path) : encoding);
     fn::AutoPtr<SubtitleData> data(new SubtitleData(
         "application/x-attributed-text", fn::AutoPtr<_GstBuffer>(), SubtitleData::NANOSECONDS));
-    data->buffers = std::move(loader.buffers);
-    data->sanitize();
+    data->buffers =
+        loader.load(reference.path, encoding.empty() ? detectEncoding(reference.path) : encoding);
     return data;
 }
 

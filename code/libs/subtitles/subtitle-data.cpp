@@ -14,23 +14,13 @@
 
 #include <gst/gst.h>
 
+#include "subtitles/stream-times.h"
+
 namespace subtitles {
 namespace {
 
 using Buffer = fn::AutoPtr<_GstBuffer>;
 using Buffers = std::list<Buffer>;
-
-// A short cue is stretched to this, unless the next one begins before.
-constexpr GstClockTime shortestDuration = GST_SECOND;
-// How long the last cue stays where its file does not tell; in frames the same number, since
-// nobody here knows how long a frame is.
-constexpr GstClockTime lastDuration = 5 * GST_SECOND;
-
-// True where both have a time and the first comes earlier. One without a time is equivalent to all
-// others, so with some of these the order is none that a sort may rely on.
-bool comesEarlier(GstClockTime a, GstClockTime b) {
-    return a != GST_CLOCK_TIME_NONE && b != GST_CLOCK_TIME_NONE && a < b;
-}
 
 bool bufferCompare(const Buffer& a, const Buffer& b) {
     return comesEarlier(a->pts, b->pts);
@@ -63,21 +53,6 @@ void sortByTime(Buffers& buffers) {
     std::move(sorted.begin(), sorted.end(), buffers.begin());
 }
 
-void repairDuration(GstBuffer& current, const GstBuffer& next, bool inNanoseconds) {
-    if (inNanoseconds && current.duration < shortestDuration) {
-        // Unsigned and unchecked: where a time is missing it wraps, and the cue stays all the same.
-        current.duration = std::min<GstClockTime>(next.pts - current.pts, shortestDuration);
-    } else if (current.duration == GST_CLOCK_TIME_NONE && comesEarlier(current.pts, next.pts)) {
-        current.duration = next.pts - current.pts - 1;
-    }
-}
-
-void repairLastDuration(GstBuffer& last) {
-    if (last.duration == GST_CLOCK_TIME_NONE) {
-        last.duration = lastDuration;
-    }
-}
-
 bool cannotBeShown(const Buffer& buffer) {
     return buffer->duration == GST_CLOCK_TIME_NONE || gst_buffer_get_size(buffer.get()) == 0;
 }
@@ -97,9 +72,10 @@ void SubtitleData::sanitize() {
     for (auto current = buffers.begin(); current != buffers.end();) {
         const auto next = std::next(current);
         if (next != buffers.end()) {
-            repairDuration(**current, **next, timestampUnit == NANOSECONDS);
-        } else {
-            repairLastDuration(**current);
+            (*current)->duration = durationUntil(
+                (*next)->pts, (*current)->pts, (*current)->duration, timestampUnit == NANOSECONDS);
+        } else if ((*current)->duration == GST_CLOCK_TIME_NONE) {
+            (*current)->duration = lastDuration;
         }
         if (cannotBeShown(*current)) {
             buffers.erase(current);
