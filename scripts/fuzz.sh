@@ -6,7 +6,7 @@
 #   scripts/fuzz.sh SECONDS [TARGET...]
 #
 # Builds with the preset fuzz. New inputs go into build/fuzz/corpus/TARGET, from where the next run
-# goes on; the committed corpus is only read. What breaks a target lies beside that folder, and the
+# goes on; the committed corpus is only read, and so are the dictionaries. What breaks a target lies beside that folder, and the
 # script ends with 1.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -18,14 +18,35 @@ fi
 seconds=$1
 shift
 
+# The dictionaries of a target: its own, or those of all that it reads.
+dictionaries() {
+    case $1 in
+    ass-entry) echo ass srt ;;
+    exporters) echo attributed-text-buffer ass srt ;;
+    folder) echo file finder srt microdvd ass smi style-sheet ;;
+    loader) echo srt microdvd ass smi style-sheet ;;
+    microdvd) echo microdvd srt ;;
+    pango-markup) echo pango-markup srt ;;
+    regular-expression) echo srt microdvd ass ;;
+    smi) echo smi style-sheet ;;
+    srt-markup) echo srt ;;
+    subtitle-reference) echo subtitle-reference json ;;
+    xml-reader) echo pango-markup ;;
+    *) echo "$1" ;;
+    esac
+}
+export -f dictionaries
+
 fuzz() {
-    local seconds=$1 target=$2 work log options=()
+    local seconds=$1 target=$2 work log options=() dictionary
     work=$PWD/build/fuzz/corpus/$target
     log=$work.log
     mkdir -p "$work"
-    if [ -f "fuzz/dictionaries/${target%-fuzz}.dict" ]; then
-        options+=("-dict=fuzz/dictionaries/${target%-fuzz}.dict")
-    fi
+    for dictionary in $(dictionaries "${target%-fuzz}"); do
+        cat "fuzz/dictionaries/$dictionary.dict"
+        echo
+    done >"$work.dict"
+    options+=("-dict=$work.dict")
     if ! "build/fuzz/fuzz/$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=4096 \
         -print_final_stats=1 -artifact_prefix="$work-" "${options[@]}" \
         "$work" "fuzz/corpus/$target" >"$log" 2>&1; then
