@@ -78,8 +78,12 @@ std::vector<Shape> makeShapes() {
         {"AttributeWithoutAValue", "<font color=>a</font>"},
         {"AttributeWithoutAnEqualsSign", "<font color \"red\">a</font>"},
         {"AttributeWithoutQuotes", "<font color=red>a</font>"},
+        {"AttributesOfParagraphs",
+         "<P =ENCC>a<P Class>b<P Class=>c<P Class \"ENCC\">d<P Class=\"ENCC>e</P>"},
+        {"AttributesOfSelectors", "<style>p[=a] {b: c} p[a] {b: c} p[a=] {b: c} p[ {b: c}</style>"},
         {"ColorInsideAColor", "<font color=\"r><font color=\">y"},
         {"TwoStartsInOneSync", "<SYNC Start=1 Start=2><P>a"},
+        {"TwoClassesInOneParagraph", "<SYNC Start=1><P Class=ENCC Class=FRCC>a"},
         {"SyncWithoutAStart", "<SYNC><P>a<SYNC Start=><P>b"},
         {"SyncOfANegativeStart", "<SYNC Start=-1><P>a<SYNC Start=-9223372036854775808><P>b"},
         {"ClosingBraceAheadOfTheFirst", "}{1}{2}a"},
@@ -93,7 +97,16 @@ std::vector<Shape> makeShapes() {
              "\na\n\nDialogue: 0," + std::string(thousand, '9') + ":00:01.00,0:00:02." +
              std::string(thousand, '9') +
              ",Default,,0,0,0,,a\n<SYNC Start=" + std::string(thousand, '9') + "><P>a"},
+        {"ValuesOfAThousandDigits",
+         "<font color=\"#" + std::string(thousand, 'f') + "\" size=\"" +
+             std::string(thousand, '9') + "\">a</font>{\\b" + std::string(thousand, '9') +
+             "}b{y:" + std::string(thousand, '9') + "}c&#" + std::string(thousand, '9') + ";"},
         {"MissingFields", "Dialogue: 0\nDialogue:\nDialogue: ,,,,\n00:00:01,000 -->\n--> 1\n{1}a"},
+        {"FormatsWithoutFields",
+         "[Events]\nFormat:\nDialogue: 0,0:00:01.00\nFormat: ,,,\nDialogue: 0,0:00:01.00,a"},
+        {"FormatWithoutText", "[Events]\nFormat: Start, End\nDialogue: 0:00:01.00,0:00:02.00,a"},
+        {"FormatOfOneFieldOverAndOver",
+         "[Events]\nFormat: " + repeated("Start,", thousand) + "Text\nDialogue: 0:00:01.00,a"},
         {"TimesThatWrap",
          "1193047:00:00,000 --> 4294967295:00:00,000\na\n\n"
          "00:4294967295:00,000 --> 00:00:4294967295,4294967295\nb\n\n"
@@ -102,11 +115,26 @@ std::vector<Shape> makeShapes() {
          "<SYNC Start=9223372036854775807><P>f<SYNC Start=9223372036855><P>g"},
         {"EndBeforeStart", "00:00:02,000 --> 00:00:01,000\na\n\n{2}{1}b"},
         {"NestingAMillionDeep", repeated("<b>", million)},
+        {"NestingThatEnds", repeated("<b>", many) + "a" + repeated("</b>", many)},
+        {"NestingOfTwoKinds", repeated("<b><i></b>", many) + "a"},
         {"NestingOfBlocks", repeated("<div>", many)},
+        {"NestingOfParagraphs", repeated("<p>", million)},
+        {"NestingOfFonts", repeated("<font color=red>", many)},
         {"ManyBraces", repeated("{", million)},
         {"ManyBrackets", repeated("[", million)},
-        {"AMillionStyleElements", repeated("<style>", million)},
-        {"ManyStyleElementsThatEnd", repeated("<style></style>", many)},
+        {"AMillionStyleElements", repeated("<style/>", million)},
+        {"AMillionStyleElementsThatDoNotEnd", repeated("<style>", million)},
+        {"ManyStyleElementsThatEnd", repeated("<style>p{a:b}</style>", many)},
+        {"ManyClasses",
+         [] {
+             std::string text;
+             for (std::size_t i = 0; i < 10 * thousand; ++i) {
+                 text += "<p class=" + std::to_string(i) + ">a";
+             }
+             return text;
+         }()},
+        {"AClassOfAMillionBytes", "<p class=" + std::string(million, 'a') + ">a"},
+        {"ManyAttributes", "<p " + repeated("a=b ", 10 * thousand) + ">a"},
         {"ManyEntities", repeated("&lt;", many)},
         {"ManyLineEnds", repeated("\n", million)},
         {"ManyCarriageReturns", repeated("\r", million)},
@@ -131,6 +159,9 @@ std::vector<Shape> makeShapes() {
              }
              return all;
          }()},
+        {"CutInsideAKoreanCharacter", "\xC7\xD1\xB1"},
+        {"CutInsideAnEscape", "\x1B$)"},
+        {"CutInsideASurrogatePair", "\xFF\xFE\x61\0\x3D\xD8"s},
         {"ByteOrderMarks", "\xEF\xBB\xBF\xFF\xFE\xFE\xFF"},
         {"Utf16WithHalfACharacter", "\xFF\xFE\x61"},
         {"Chemistry", "CC(=O)Oc1ccccc1C(=O)O\tAspirin\nC1=CC=CC=C1\tBenzene\n"},
@@ -149,8 +180,12 @@ std::vector<Shape> makeShapes() {
         {"DrawingCommands", "{\\p1}m 0 0 l 1 1{\\p0}"},
         {"WireOfZeros", std::string(82, '\0')},
         {"WireOfAllOnes", std::string(200, '\xFF')},
+        {"WireWithTheLargestCount", "\xFF\xFF\xFF\x7F"s + std::string(78, '\0')},
         {"WireWithALengthOfAllOnes", "\x01\0\0\0\0\0\0\0\xFF\xFF\xFF\xFF"s},
-        {"JsonThatNests", repeated("[", 100000)},
+        {"WireWithATextLengthOfAllOnes",
+         "\x01\0\0\0"s + std::string(74, '\0') + "\xFF\xFF\xFF\xFF" + "a"},
+        {"JsonThatNests", repeated("[", million)},
+        {"JsonOfObjectsThatNest", repeated("{\"a\":", many)},
         {"JsonOfANumberTooLarge", "{\"type\":1e999999}"},
     };
 }
@@ -160,17 +195,39 @@ const std::vector<Shape>& shapes() {
     return all;
 }
 
-/// The shape as it stands, and where a cue's text stands in each format.
+/// A format: what stands before the text of a cue, and what follows it.
+struct Kind {
+    const char* extension;
+    const char* mimeType;
+    const char* head;
+    const char* tail;
+};
+
+constexpr Kind kinds[] = {
+    {".srt", "application/x-srt", "1\n00:00:01,000 --> 00:00:02,000\n",
+     "\n\n2\n00:00:03,000 --> 00:00:04,000\nend"},
+    {".sub", "application/x-micro-dvd-sub", "{1}{2}", "\n{3}{4}end"},
+    {".ass", "application/x-ass",
+     "[Script Info]\n[Events]\nFormat: Layer, Start, End, Style, Name, MarginL, MarginR, "
+     "MarginV, Effect, Text\nDialogue: 0,0:00:01.00,0:00:02.00,Default,,0,0,0,,",
+     "\nDialogue: 0,0:00:03.00,0:00:04.00,Default,,0,0,0,,end"},
+    {".smi", "application/x-smi", "<SAMI><BODY><SYNC Start=1000><P Class=ENCC>",
+     "<SYNC Start=2000><P>end"},
+};
+
+std::string wholeFile(const Kind& kind, const std::string& text) {
+    return kind.head + text + kind.tail;
+}
+
+/// The shape as it stands, and in each format as a cue's text, with another cue behind it and as
+/// the last bytes of the file.
 std::vector<std::string> filesWith(const std::string& text) {
-    return {
-        text,
-        "1\n00:00:01,000 --> 00:00:02,000\n" + text + "\n\n2\n00:00:03,000 --> 00:00:04,000\nend",
-        "{1}{2}" + text + "\n{3}{4}end",
-        "[Script Info]\n[Events]\nFormat: Layer, Start, End, Style, Name, MarginL, MarginR, "
-        "MarginV, Effect, Text\nDialogue: 0,0:00:01.00,0:00:02.00,Default,,0,0,0,," +
-            text + "\nDialogue: 0,0:00:03.00,0:00:04.00,Default,,0,0,0,,end",
-        "<SAMI><BODY><SYNC Start=1000><P Class=ENCC>" + text + "<SYNC Start=2000><P>end",
-    };
+    std::vector<std::string> files = {text};
+    for (const Kind& kind : kinds) {
+        files.push_back(wholeFile(kind, text));
+        files.push_back(kind.head + text);
+    }
+    return files;
 }
 
 /// True where the way in gave a result. Any exception but those of the family fails the test.
@@ -208,20 +265,6 @@ void readBack(const SubtitleData& data) {
         gives([&] { exportText(subtitles::ASSParser().parseEntry(entry)); });
     }
 }
-
-/// A format, with the place of its kind of file in `filesWith`.
-struct Kind {
-    const char* extension;
-    const char* mimeType;
-    std::size_t file;
-};
-
-constexpr Kind kinds[] = {
-    {".srt", "application/x-srt", 1},
-    {".sub", "application/x-micro-dvd-sub", 2},
-    {".ass", "application/x-ass", 3},
-    {".smi", "application/x-smi", 4},
-};
 
 constexpr const char* encodings[] = {"",         "UTF-8",       "windows-1252", "CP949",
                                      "UTF-16LE", "ISO-2022-JP", "UTF-7",        "no such name"};
@@ -265,18 +308,18 @@ protected:
 };
 
 TEST_P(HostileFile, LoadsOrIsRefusedInEachFormatAndEncoding) {
-    const std::vector<std::string> files = filesWith(shape().text);
-    for (std::size_t file = 0; file < files.size(); ++file) {
-        for (const Kind& kind : kinds) {
-            const bool isLarge = files[file].size() > large;
-            if (isLarge && file != kind.file) {
-                continue;
-            }
-            const std::string path = folder.writeFile("film"s + kind.extension, files[file]);
+    const std::string& text = shape().text;
+    for (const Kind& kind : kinds) {
+        const auto loadAs = [&](const std::string& bytes, const char* encoding) {
+            load(folder.writeFile("film"s + kind.extension, bytes), kind, encoding);
+        };
+        if (text.size() > large) {
+            loadAs(wholeFile(kind, text), "UTF-8");
+            continue;
+        }
+        for (const std::string& file : filesWith(text)) {
             for (const char* const encoding : encodings) {
-                if (!isLarge || encoding == "UTF-8"s) {
-                    load(path, kind, encoding);
-                }
+                loadAs(file, encoding);
             }
         }
     }
@@ -285,7 +328,7 @@ TEST_P(HostileFile, LoadsOrIsRefusedInEachFormatAndEncoding) {
 TEST_P(HostileFile, IsFoundOrPassedOver) {
     for (const Kind& kind : kinds) {
         folder.writeFile("film." + nameOf(shape().text) + kind.extension,
-                         filesWith(shape().text)[kind.file]);
+                         wholeFile(kind, shape().text));
         if (shape().text.size() <= large) {
             folder.writeFile("film"s + kind.extension, shape().text);
         }
