@@ -41,7 +41,7 @@ struct Input {
 /// Up to the line feed, which goes as well.
 std::string takeLine(std::string& text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
-    const std::string line = text.substr(0, end);
+    std::string line = text.substr(0, end);
     text.erase(0, end + 1);
     return line;
 }
