@@ -70,6 +70,13 @@ protected:
     ToolSetup setup;
 };
 
+TEST_F(Convert, SaysWhereAFileIsLongerThanWhatIsRead) {
+    const ToolAnswer answer = toWebVTT("x.srt", styled + std::string(8388608, '\n'));
+    EXPECT_THAT(answer.output, HasSubstr("plain\n"));
+    EXPECT_EQ(answer.error, "subtitles: x.srt: longer than 8 MiB, and read no further\n");
+    EXPECT_EQ(answer.status, 1);
+}
+
 TEST_F(Convert, WritesWebVTT) {
     folder.writeFile("x.srt", styled);
     const ToolAnswer answer = convert({"x.srt", "x.vtt"});

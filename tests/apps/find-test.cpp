@@ -100,6 +100,14 @@ TEST_F(Find, SaysThatThereIsNone) {
     EXPECT_EQ(answer.status, 1);
 }
 
+TEST_F(Find, SaysWhereAFileIsLongerThanWhatIsRead) {
+    folder.writeFile("Film.de.srt", twoCues + std::string(8388608, '\n'));
+    const ToolAnswer answer = find();
+    EXPECT_THAT(answer.output, HasSubstr("  Film.de.srt\n"));
+    EXPECT_EQ(answer.error, "subtitles: Film.de.srt: longer than 8 MiB, and read no further\n");
+    EXPECT_EQ(answer.status, 0);
+}
+
 TEST_F(Find, ReportsABadFileAndListsTheOthers) {
     folder.writeFile("Film.de.srt", twoCues);
     folder.makeFolder("Film.en.srt");

@@ -18,6 +18,7 @@ namespace {
 using test::runTool;
 using test::ToolAnswer;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 constexpr const char* cues =
     "1\n00:00:01,000 --> 00:00:02,000\nOne\n\n2\n00:00:03,000 --> 00:00:04,000\nTwo\n";
@@ -139,14 +140,29 @@ TEST_F(Preview, OverwritesNothingUnasked) {
 TEST_F(Preview, FailsBehindTheEndOfTheFilm) {
     const ToolAnswer answer = preview({makeFilm(), "--at", "3.5", "-o", picture});
     EXPECT_EQ(answer.status, 2);
-    EXPECT_EQ(answer.error, "subtitles: the film ends at 00:00:02.000\n");
+    EXPECT_EQ(answer.error,
+              "subtitles: " + folder.path("film.ogv") + ": the film ends at 00:00:02.000\n");
 }
 
 TEST_F(Preview, FailsOnWhatIsNoFilm) {
     const ToolAnswer answer =
         preview({subtitle, "--subtitle", subtitle, "--at", "1", "-o", picture});
     EXPECT_EQ(answer.status, 2);
-    EXPECT_NE(answer.error, "");
+    EXPECT_THAT(answer.error, StartsWith("subtitles: " + subtitle + ": "));
+}
+
+TEST_F(Preview, FailsOnAFilmThatIsMissing) {
+    const std::string film = folder.path("film.mkv");
+    for (const char* const name : {"", "film.en.srt"}) {
+        std::vector<std::string> arguments = {film, "--at", "1", "-o", picture};
+        if (*name != '\0') {
+            arguments.insert(arguments.end(), {"--subtitle", folder.path(name)});
+        }
+        const ToolAnswer answer = preview(arguments);
+        EXPECT_EQ(answer.status, 2);
+        EXPECT_EQ(answer.error,
+                  "subtitles: Cannot open '" + film + "': No such file or directory\n");
+    }
 }
 
 TEST_F(Preview, FailsWithoutSubtitlesBesideTheFilm) {

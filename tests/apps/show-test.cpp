@@ -74,6 +74,19 @@ TEST_F(Show, IsPlainForPeopleAndTerminalsWithoutColors) {
     EXPECT_EQ(show(styled).output, plain);
 }
 
+TEST_F(Show, SaysWhereAFileIsLongerThanWhatIsRead) {
+    const std::string cue = "1\n00:00:01,000 --> 00:00:02,000\nOne\n\n";
+    const std::string full = std::string(8388608 - cue.size(), '\n') + cue;
+    const ToolAnswer whole = show(full);
+    EXPECT_EQ(whole.output, "00:00:01.000 --> 00:00:02.000\nOne\n");
+    EXPECT_EQ(whole.error, "");
+    EXPECT_EQ(whole.status, 0);
+    const ToolAnswer cut = show(full + "2\n00:00:03,000 --> 00:00:04,000\nTwo\n\n");
+    EXPECT_EQ(cut.output, whole.output);
+    EXPECT_EQ(cut.error, "subtitles: x.srt: longer than 8 MiB, and read no further\n");
+    EXPECT_EQ(cut.status, 1);
+}
+
 TEST_F(Show, PrintsJson) {
     const ToolAnswer answer = show(styled, {"--json"});
     EXPECT_EQ(

@@ -79,7 +79,9 @@ void addShow(CLI::App& app, Command& command) {
     addTrack(*show, options->track);
     addFrameRate(*show, options->frameRate);
     addJson(*show, options->json);
-    show->footer("Exit status: 0 if there are cues, 1 if there are none, 2 if it failed.");
+    show->footer(
+        "Exit status: 0 if there are cues, 1 if there are none or the file is longer than 8 MiB, "
+        "2 if it failed.");
     show->callback([=, &command] {
         command = [=](Console& console) { return tool::show(console, *options); };
     });
@@ -131,8 +133,9 @@ void addConvert(CLI::App& app, Command& command) {
             "Show all cues later by this time, or earlier where it is negative");
     addJson(*convert, options->json);
     convert->footer(
-        "Exit status: 0 if there are cues, 1 if --from, --to and --shift leave none, 2 if it "
-        "failed.");
+        "Exit status: 0 if there are cues, 1 if --from, --to and --shift leave none or IN is "
+        "longer "
+        "than 8 MiB, 2 if it failed.");
     convert->callback([=, &command] {
         command = [=](Console& console) { return tool::convert(console, *options); };
     });

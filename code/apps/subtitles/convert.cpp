@@ -88,11 +88,14 @@ ExitStatus convert(Console& console, const ConvertOptions& options) {
     if (options.json) {
         printJson(console, options, format, track, cues.size());
     }
+    if (track.isCut) {
+        reportCut(console, options.input);
+    }
     if (cues.empty()) {
         console.message(options.input + ": no cue is left");
         return ExitStatus::Findings;
     }
-    return ExitStatus::Done;
+    return track.isCut ? ExitStatus::Findings : ExitStatus::Done;
 }
 
 }  // namespace tool

@@ -2,11 +2,23 @@
 
 #include "file-failures.h"
 
+#include <system_error>
+
 namespace tool {
 
 std::string describeFailure(const std::string& path, const std::string& words) {
     // The libraries put names between apostrophes, and may have put a folder in front.
     return words.find(path + "'") != std::string::npos ? words : path + ": " + words;
+}
+
+std::filesystem::file_status checkExists(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status)) {
+        throw Failure("Cannot open '" + path +
+                      "': " + (error ? error.message() : "No such file or directory"));
+    }
+    return status;
 }
 
 void FileFailures::add(const std::string& path, const std::string& words) {

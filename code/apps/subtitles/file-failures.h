@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,10 @@ namespace tool {
 
 /// What went wrong with a file, in words that name it once.
 std::string describeFailure(const std::string& path, const std::string& words);
+
+/// What stands at the path. Throws `Failure`, which names the path and says why, where there is
+/// nothing.
+std::filesystem::file_status checkExists(const std::string& path);
 
 /// The files that a command over several could not read. One bad file does not hide the others.
 class FileFailures {

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <system_error>
 
 #include "foundation/directory-iterator.h"
 #include "foundation/exception.h"
@@ -52,16 +51,11 @@ struct Found {
     std::size_t cues = 0;
     std::optional<std::uint64_t> first;  ///< When the first cue comes.
     std::optional<std::uint64_t> last;   ///< When the last cue has gone.
+    bool isCut = false;
 };
 
 bool isFolder(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(path, error);
-    if (!std::filesystem::exists(status)) {
-        throw Failure("Cannot open '" + path +
-                      "': " + (error ? error.message() : "No such file or directory"));
-    }
-    return std::filesystem::is_directory(status);
+    return std::filesystem::is_directory(checkExists(path));
 }
 
 std::string withSlash(const std::string& folder) {
@@ -108,7 +102,7 @@ std::vector<fn::DirectoryEntry> candidates(Console& console, const Search& searc
 Found describe(const SubtitleReference& reference, const std::string& shownPath) {
     const LoadedTrack track = loadTrack(reference, "", std::nullopt);
     Found found{reference, loadedToJson(track), track.cues.unit(), track.cues.cues().size(), {},
-                {}};
+                {},        track.isCut};
     found.reference.path = shownPath;
     for (const Cue& cue : track.cues.cues()) {
         found.first = std::min(found.first.value_or(cue.start), cue.start);
@@ -117,8 +111,8 @@ Found describe(const SubtitleReference& reference, const std::string& shownPath)
     return found;
 }
 
-void examine(const fn::DirectoryEntry& entry, const Search& search, FileFailures& failures,
-             std::vector<Found>& result) {
+void examine(Console& console, const fn::DirectoryEntry& entry, const Search& search,
+             FileFailures& failures, std::vector<Found>& result) {
     const std::string shownPath = search.shownFolder + entry.name;
     try {
         std::vector<SubtitleReference> references;
@@ -126,6 +120,9 @@ void examine(const fn::DirectoryEntry& entry, const Search& search, FileFailures
             entry, fn::Path::parsePath(search.folder), search.prefix, references);
         for (const SubtitleReference& reference : references) {
             result.push_back(describe(reference, shownPath));
+        }
+        if (!references.empty() && result.back().isCut) {
+            reportCut(console, shownPath);
         }
     } catch (const fn::Exception& exception) {
         failures.add(shownPath, exception.displayText());
@@ -200,7 +197,7 @@ ExitStatus find(Console& console, const FindOptions& options) {
             console.showProgress(std::to_string(i + 1) + " of " + std::to_string(entries.size()) +
                                  ": " + entries[i].name);
         }
-        examine(entries[i], search, failures, found);
+        examine(console, entries[i], search, failures, found);
     }
     console.clearProgress();
     if (options.json) {

@@ -11,6 +11,7 @@
 
 #include "commands.h"
 #include "cue-selection.h"
+#include "file-failures.h"
 #include "frame-grabber.h"
 #include "json-document.h"
 #include "output-file.h"
@@ -94,9 +95,25 @@ Picture strip(Console& console, const LoadedTrack& track, const PreviewOptions& 
     }
     console.clearProgress();
     if (frames.empty()) {
-        throw Failure(options.film + ": ends before the first cue");
+        throw Failure("the film ends before the first cue");
     }
     return contactSheet(frames);
+}
+
+Picture frame(const LoadedTrack& track, const PreviewOptions& options) {
+    return FrameGrabber(track, {options.film, 0, false}).frameAt(*options.at);
+}
+
+/// Whatever keeps a film from being drawn does not know its name.
+Picture draw(Console& console, const LoadedTrack& track, const PreviewOptions& options) {
+    try {
+        return options.strip != 0 ? strip(console, track, options) : frame(track, options);
+    } catch (const Failure& failure) {
+        if (options.film.empty()) {
+            throw;
+        }
+        throw Failure(describeFailure(options.film, failure.what()));
+    }
 }
 
 bool isShownAt(const LoadedTrack& track, std::uint64_t time) {
@@ -136,14 +153,15 @@ ExitStatus preview(Console& console, const PreviewOptions& options) {
     if (options.output != standardOutput) {
         checkOutputFile(options.output, options.force);
     }
-    const LoadedTrack track = load(console, options);
-    if (options.strip != 0) {
-        deliver(console, options, track, strip(console, track, options));
-        return ExitStatus::Done;
+    if (!options.film.empty()) {
+        checkExists(options.film);
     }
-    FrameGrabber grabber(track, {options.film, 0, false});
-    deliver(console, options, track, grabber.frameAt(*options.at));
-    if (!isShownAt(track, *options.at)) {
+    const LoadedTrack track = load(console, options);
+    if (track.isCut) {
+        reportCut(console, track.reference.path);
+    }
+    deliver(console, options, track, draw(console, track, options));
+    if (options.at && !isShownAt(track, *options.at)) {
         console.message(track.reference.path + ": no cue at " + millisecondText(*options.at));
         return ExitStatus::Findings;
     }

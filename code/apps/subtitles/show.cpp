@@ -62,11 +62,14 @@ ExitStatus show(Console& console, const ShowOptions& options) {
         loadTrack(chooseTrack(console, options.file, options.track, Ambiguity::TakeFirst),
                   options.encoding, options.frameRate);
     options.json ? printJson(console, track) : print(console, track.cues);
+    if (track.isCut) {
+        reportCut(console, options.file);
+    }
     if (track.cues.cues().empty()) {
         console.message(options.file + ": no cues");
         return ExitStatus::Findings;
     }
-    return ExitStatus::Done;
+    return track.isCut ? ExitStatus::Findings : ExitStatus::Done;
 }
 
 }  // namespace tool

@@ -3,8 +3,10 @@
 #include "subtitle-file.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <string_view>
-#include <utility>
+#include <system_error>
 
 #include "foundation/auto-ptr.h"
 #include "foundation/exception.h"
@@ -126,6 +128,13 @@ fn::AutoPtr<subtitles::SubtitleData> load(SubtitleLoader& loader,
     }
 }
 
+/// A file that has gone by now is none that can be told about.
+bool isLongerThanRead(const std::string& path) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    return !error && size > readLimit;
+}
+
 }  // namespace
 
 std::vector<SubtitleReference> tracksInFile(const std::string& path) {
@@ -177,10 +186,15 @@ LoadedTrack loadTrack(const SubtitleReference& reference, const std::string& enc
     const fn::String used = encoding.empty() ? encodingOfFile(reference.path) : encoding;
     for (SubtitleLoader* const loader : SubtitleLoader::getAllLoaders()) {
         if (loader->canHandle(reference)) {
-            return {reference, used, CueList(load(*loader, reference, used), frameRate)};
+            return {reference, used, CueList(load(*loader, reference, used), frameRate),
+                    isLongerThanRead(reference.path)};
         }
     }
     throw Failure(reference.path + ": no reader for " + formatName(reference) + " files");
+}
+
+void reportCut(Console& console, const std::string& path) {
+    console.message(path + ": longer than 8 MiB, and read no further");
 }
 
 std::string formatName(const SubtitleReference& reference) {

@@ -47,12 +47,16 @@ struct LoadedTrack {
     subtitles::SubtitleReference reference;
     std::string encoding;
     CueList cues;
+    bool isCut = false;  ///< The file goes on behind what the library reads of one.
 };
 
 /// Loads a subtitle; an empty `encoding` is detected. Throws `Failure`, which names the file, where
 /// it cannot be read or decoded.
 LoadedTrack loadTrack(const subtitles::SubtitleReference& reference, const std::string& encoding,
                       const std::optional<FrameRate>& frameRate);
+
+/// Says that the cues behind the limit are missing.
+void reportCut(Console& console, const std::string& path);
 
 /// "SRT", as people call the format.
 std::string formatName(const subtitles::SubtitleReference& reference);

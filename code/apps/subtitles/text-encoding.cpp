@@ -15,17 +15,15 @@ namespace tool {
 
 namespace {
 
-constexpr unsigned long longestText = 8388608;  // what the library reads of a file, in bytes
-
 fn::ByteArray readFile(const std::string& path) {
     fn::FileInputStream stream(fn::FileDescriptor::read(path));
-    return fn::StreamReader(&stream).readEverything(longestText);
+    return fn::StreamReader(&stream).readEverything(readLimit);
 }
 
 /// The bytes as the library looks at them: a character that its limit has cut in two is no fault of
 /// UTF-8, and speaks for no other encoding.
 fn::StringView withoutCutCharacter(fn::StringView bytes) {
-    if (bytes.size() != longestText) {
+    if (bytes.size() != readLimit) {
         return bytes;
     }
     const fn::StringView whole = bytes.substr(0, bytes.size() - fn::utf8::incompleteTail(bytes));
