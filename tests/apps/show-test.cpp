@@ -173,6 +173,10 @@ const FailureCase failureCases[] = {
      "good.srt",
      {"--encoding", "klingon"},
      "good.srt: Unknown text encoding 'klingon'"},
+    {"MalformedText",
+     "latin.ass",
+     {"--encoding", "UTF-8"},
+     "latin.ass: it is not valid UTF-8 (--encoding names another)"},
     {"NoSubtitleFile",
      "notes.txt",
      {},
@@ -193,6 +197,7 @@ TEST_P(ShowFailure, IsToldInOneLine) {
     const test::TemporaryFolder folder;
     folder.makeFolder("folder.srt");
     folder.writeFile("good.srt", styled);
+    folder.writeFile("latin.ass", "[Events]\nFormat: Start, End, Text\nDialogue: caf\xE9\n");
     folder.writeFile("notes.txt", styled);
     std::vector<std::string> arguments = {"show", GetParam().file};
     arguments.insert(arguments.end(), GetParam().options.begin(), GetParam().options.end());

@@ -123,6 +123,8 @@ fn::AutoPtr<subtitles::SubtitleData> load(SubtitleLoader& loader,
                                           const fn::String& encoding) {
     try {
         return loader.loadSubtitle(reference, encoding);
+    } catch (const fn::UTF8Exception&) {
+        throw Failure(reference.path + ": it is not valid UTF-8 (--encoding names another)");
     } catch (const fn::Exception& exception) {
         throw Failure(describeFailure(reference.path, exception.displayText()));
     }
