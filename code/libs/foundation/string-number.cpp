@@ -4,20 +4,20 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
+#include <iterator>
 #include <system_error>
+#include <type_traits>
 
+#include "foundation/ascii.h"
 #include "foundation/string.h"
 
 namespace fn {
 
 namespace {
 
-bool isASCIISpace(char byte) {
-    return byte == ' ' || (byte >= '\t' && byte <= '\r');
-}
-
 const char* skipSpace(const char* position, const char* end) {
-    return std::find_if_not(position, end, isASCIISpace);
+    return std::find_if_not(position, end, ascii::isSpace);
 }
 
 void setEnd(unsigned long* end, const char* tail, const String& text) {
@@ -87,7 +87,7 @@ double String::toFloat(double fallback, unsigned long* end) const {
     }
     // The converter knows "inf" and "nan" too, which are no decimals.
     const char* const digits = start != stop && *start == '-' ? start + 1 : start;
-    const bool decimal = digits != stop && ((*digits >= '0' && *digits <= '9') || *digits == '.');
+    const bool decimal = digits != stop && (ascii::isDigit(*digits) || *digits == '.');
     double number = 0.0;
     const auto result = decimal ? std::from_chars(start, stop, number, std::chars_format::fixed)
                                 : std::from_chars_result{start, std::errc::invalid_argument};

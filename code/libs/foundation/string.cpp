@@ -5,7 +5,9 @@
 #include "foundation/string.h"
 
 #include <algorithm>
+#include <cstdint>
 
+#include "foundation/ascii.h"
 #include "foundation/exception.h"
 #include "foundation/unicode.h"
 #include "foundation/utf8-iterator.h"
@@ -15,15 +17,11 @@ namespace fn {
 
 namespace {
 
-bool isASCIISpace(char byte) {
-    return byte == ' ' || (byte >= '\t' && byte <= '\r');
-}
-
 StringView trimmedASCII(StringView text) {
-    while (!text.empty() && isASCIISpace(text.front())) {
+    while (!text.empty() && ascii::isSpace(text.front())) {
         text.remove_prefix(1);
     }
-    while (!text.empty() && isASCIISpace(text.back())) {
+    while (!text.empty() && ascii::isSpace(text.back())) {
         text.remove_suffix(1);
     }
     return text;
@@ -31,13 +29,6 @@ StringView trimmedASCII(StringView text) {
 
 String toString(StringView text) {
     return String(text.data(), text.size());
-}
-
-char lowerASCII(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte;
-}
-char upperASCII(char byte) {
-    return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 32) : byte;
 }
 
 /// ASCII letters are mapped one by one, other code points by the mapping, malformed bytes copied.
@@ -103,21 +94,21 @@ std::vector<String> String::split(char separator, SplitFlag flag, long limit) co
 }
 
 String String::toLowerCase() const {
-    return mapCase(*this, lowerASCII, Unicode::toLower);
+    return mapCase(*this, ascii::toLower, Unicode::toLower);
 }
 String String::toUpperCase() const {
-    return mapCase(*this, upperASCII, Unicode::toUpper);
+    return mapCase(*this, ascii::toUpper, Unicode::toUpper);
 }
 
 String String::toLowerCaseASCII() const {
     String result(*this);
-    std::transform(result.begin(), result.end(), result.begin(), lowerASCII);
+    std::transform(result.begin(), result.end(), result.begin(), ascii::toLower);
     return result;
 }
 
 String String::toUpperCaseASCII() const {
     String result(*this);
-    std::transform(result.begin(), result.end(), result.begin(), upperASCII);
+    std::transform(result.begin(), result.end(), result.begin(), ascii::toUpper);
     return result;
 }
 

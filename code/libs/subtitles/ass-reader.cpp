@@ -19,6 +19,7 @@
 #include <optional>
 #include <utility>
 
+#include "foundation/ascii.h"
 #include "foundation/utf8.h"
 
 #include "subtitles/buffer-blocks.h"
@@ -120,16 +121,13 @@ bool isASCII(char byte) {
     return static_cast<unsigned char>(byte) < 0x80;
 }
 
-char lowered(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 /// True where the text in lower case begins with the word, which is ASCII. The text is well-formed.
 bool startsLowered(fn::StringView text, fn::StringView word) {
     const fn::StringView start = text.substr(0, word.size());
     if (std::all_of(start.begin(), start.end(), isASCII)) {
-        return std::equal(start.begin(), start.end(), word.begin(), word.end(),
-                          [](char letter, char expected) { return lowered(letter) == expected; });
+        return std::equal(
+            start.begin(), start.end(), word.begin(), word.end(),
+            [](char letter, char expected) { return fn::ascii::toLower(letter) == expected; });
     }
     // A letter outside ASCII can be an ASCII one in lower case. None has more than four bytes.
     const fn::String longest(text.substr(0, 4 * word.size()));

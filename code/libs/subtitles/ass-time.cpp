@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <iterator>
 
+#include "foundation/ascii.h"
+
 #include "subtitles/ass-reader.h"
 #include "subtitles/decimal-digits.h"
 
@@ -21,7 +23,7 @@ const fn::RegularExpression timePattern("(\\d+):(\\d+):(\\d+).(\\d+)", 0);
 namespace {
 
 std::size_t findDigit(fn::StringView text, std::size_t position) {
-    while (position < text.size() && !isDecimalDigit(text[position])) {
+    while (position < text.size() && !fn::ascii::isDigit(text[position])) {
         ++position;
     }
     return position;
@@ -88,7 +90,7 @@ bool isUsual(fn::StringView text) {
     // All bytes are compared, which takes less time than to stop early.
     bool differs = false;
     for (std::size_t i = 0; i < usual.size(); ++i) {
-        differs |= usual[i] == '0' ? !isDecimalDigit(text[i]) : text[i] != usual[i];
+        differs |= usual[i] == '0' ? !fn::ascii::isDigit(text[i]) : text[i] != usual[i];
     }
     return !differs;
 }

@@ -8,18 +8,15 @@
 #include <cstddef>
 #include <limits>
 
+#include "foundation/ascii.h"
 #include "foundation/string-view.h"
 
 namespace subtitles {
 
-inline bool isDecimalDigit(char byte) {
-    return byte >= '0' && byte <= '9';
-}
-
 /// The run of digits at a position; empty where there is none.
 inline fn::StringView digitsAt(fn::StringView text, std::size_t position) {
     std::size_t end = position;
-    while (end < text.size() && isDecimalDigit(text[end])) {
+    while (end < text.size() && fn::ascii::isDigit(text[end])) {
         ++end;
     }
     return position < text.size() ? text.substr(position, end - position) : fn::StringView();

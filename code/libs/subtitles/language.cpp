@@ -9,19 +9,18 @@
 
 #include <algorithm>
 
+#include "foundation/ascii.h"
+
 #include "subtitles/language-table.h"
 
 namespace subtitles {
 namespace {
 
-char toLowerASCII(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
 bool equalIgnoringCase(const fn::String& left, const fn::String& right) {
     return left.size() == right.size() &&
-           std::equal(left.begin(), left.end(), right.begin(),
-                      [](char a, char b) { return toLowerASCII(a) == toLowerASCII(b); });
+           std::equal(left.begin(), left.end(), right.begin(), [](char a, char b) {
+               return fn::ascii::toLower(a) == fn::ascii::toLower(b);
+           });
 }
 
 void fillLanguages() {

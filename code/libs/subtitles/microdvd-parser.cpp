@@ -8,11 +8,13 @@
 #include "subtitles/microdvd-parser.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include <gst/gst.h>
 
+#include "foundation/ascii.h"
 #include "foundation/utf8.h"
 
 #include "subtitles/attributed-text-buffer.h"
@@ -48,11 +50,6 @@ static_assert(onePassIsEnough(codes), "the rows would have to be replaced one af
 
 constexpr Rewriter rewriter(codes);
 
-/// The white space of the expression.
-bool isBlank(char byte) {
-    return byte == ' ' || (byte >= '\t' && byte <= '\r');
-}
-
 template <class Predicate>
 fn::StringView take(fn::StringView& rest, Predicate predicate) {
     std::size_t size = 0;
@@ -75,19 +72,19 @@ bool takeByte(fn::StringView& rest, char byte) {
 std::optional<Entry> entryAt(fn::StringView rest) {
     Entry entry;
     rest.remove_prefix(1);
-    entry.start = take(rest, isDecimalDigit);
+    entry.start = take(rest, fn::ascii::isDigit);
     if (entry.start.empty() || !takeByte(rest, '}')) {
         return {};
     }
-    take(rest, isBlank);
+    take(rest, fn::ascii::isSpace);
     if (!takeByte(rest, '{')) {
         return {};
     }
-    entry.end = take(rest, isDecimalDigit);
+    entry.end = take(rest, fn::ascii::isDigit);
     if (!takeByte(rest, '}')) {
         return {};
     }
-    take(rest, isBlank);
+    take(rest, fn::ascii::isSpace);
     entry.text = rest;
     return entry;
 }

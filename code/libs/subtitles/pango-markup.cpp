@@ -21,13 +21,6 @@ namespace {
 constexpr const char* validTags[] = {"span", "b",   "big",   "i",  "s",
                                      "sub",  "sup", "small", "tt", "u"};
 
-// The node types of the XML reader that mean something here.
-constexpr int startTag = 1;
-constexpr int text = 3;
-constexpr int endTag = 15;
-
-constexpr int substituteEntities = 2;
-
 /// "smaller" counts up and "larger" down: a step that two `big` tags give is -2.
 void parseFontSize(TextAttributes& attributes, const TextAttributes& base, const fn::String& size) {
     const int number = size.toInt(0, 10, nullptr);
@@ -257,13 +250,13 @@ private:
 AttributedText pangoParkupToAttributedText(const fn::String& markup) {
     fn::String wrapped = "<root>" + markup + "</root>";
     wrapped.replaceAll("\r\n", "\n");
-    fn::XMLReader reader = fn::XMLReader::readerForText(wrapped, substituteEntities);
+    fn::XMLReader reader = fn::XMLReader::readerForText(wrapped, fn::XMLReader::SubstituteEntities);
     Reading reading;
     while (reader.read(false)) {
         switch (reader.nodeType()) {
-            case startTag: reading.start(reader); break;
-            case endTag: reading.end(reader.name()); break;
-            case text: reading.append(reader.value()); break;
+            case fn::XMLReader::StartTag: reading.start(reader); break;
+            case fn::XMLReader::EndTag: reading.end(reader.name()); break;
+            case fn::XMLReader::Text: reading.append(reader.value()); break;
             default: break;
         }
     }

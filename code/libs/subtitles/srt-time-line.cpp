@@ -16,6 +16,7 @@
 #include <cstring>
 #include <limits>
 
+#include "foundation/ascii.h"
 #include "foundation/utf8.h"
 
 namespace subtitles::srt {
@@ -29,36 +30,28 @@ namespace {
 constexpr fn::StringView arrow = "-->";
 constexpr std::size_t groupsOfTime = 4;
 
-bool isDigit(char byte) {
-    return byte >= '0' && byte <= '9';
-}
-
-bool isSpace(char byte) {
-    return byte == ' ' || (byte >= '\t' && byte <= '\r');
-}
-
 /// What may stand before the second, third and fourth number of a time.
 bool isSeparator(char byte, std::size_t group) {
     return group == groupsOfTime - 1 ? byte == '.' || byte == ',' : byte == ':';
 }
 
 fn::StringView withoutLeadingSpace(fn::StringView text) {
-    const auto begin = std::find_if_not(text.begin(), text.end(), isSpace);
+    const auto begin = std::find_if_not(text.begin(), text.end(), fn::ascii::isSpace);
     return text.substr(static_cast<std::size_t>(begin - text.begin()));
 }
 
 fn::StringView withoutTrailingSpace(fn::StringView text) {
-    const auto end = std::find_if_not(text.rbegin(), text.rend(), isSpace);
+    const auto end = std::find_if_not(text.rbegin(), text.rend(), fn::ascii::isSpace);
     return text.substr(0, static_cast<std::size_t>(text.rend() - end));
 }
 
 fn::StringView leadingDigits(fn::StringView text) {
-    const auto end = std::find_if_not(text.begin(), text.end(), isDigit);
+    const auto end = std::find_if_not(text.begin(), text.end(), fn::ascii::isDigit);
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
 fn::StringView trailingDigits(fn::StringView text) {
-    const auto begin = std::find_if_not(text.rbegin(), text.rend(), isDigit);
+    const auto begin = std::find_if_not(text.rbegin(), text.rend(), fn::ascii::isDigit);
     return text.substr(static_cast<std::size_t>(text.rend() - begin));
 }
 
