@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <typeinfo>
+#include <utility>
 
 #include "foundation/export.h"
 #include "foundation/string.h"

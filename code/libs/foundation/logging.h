@@ -10,8 +10,10 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "foundation/export.h"
 #include "foundation/logging-message.h"

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <experimental/optional>
 
 #include "foundation/byte-array.h"

@@ -104,8 +104,8 @@ public:
     /// The number at the text's start; `fallback` where there is none or where it does not fit.
     ///
     /// Leading ASCII white space and one sign are skipped (a sign only where the result is signed),
-    /// then digits are read up to a tail, and the tail is ignored. `end`, where it is not null,
-    /// takes the position of the tail, 0 with the fallback.
+    /// then digits of the base, which is 2 to 36, are read up to a tail, and the tail is ignored.
+    /// `end`, where it is not null, takes the position of the tail in bytes, 0 with the fallback.
     int toInt(int fallback = 0, int base = 10, unsigned long* end = nullptr) const;
     unsigned int toUInt(unsigned int fallback = 0, int base = 10,
                         unsigned long* end = nullptr) const;

@@ -64,8 +64,9 @@ public:
                                 const ASSStyle& style) const;
 
     /// The whole text, with "\N" for line feeds. The text of the runs is not escaped: braces and
-    /// backslashes in it are codes to whoever reads the event. Codes of the first run are written
-    /// even where they agree with the style, and nothing closes those of the last one.
+    /// backslashes in it are codes to whoever reads the event. A NUL stays, also the one with which
+    /// the readers end a cue. Codes of the first run are written even where they agree with the
+    /// style, and nothing closes those of the last one.
     fn::String attributedTextToString(const AttributedText& text) const;
 
 private:

@@ -20,7 +20,9 @@ class AttributedText {
 public:
     struct Run {
         TextAttributes attributes;
-        fn::String text;  ///< UTF-8. In what the readers make, the last run's text ends with a NUL.
+        /// UTF-8, with line feeds between lines. In what the readers of SRT, MicroDVD and ASS make,
+        /// the last run's text ends with a NUL, which is not for display.
+        fn::String text;
     };
 
     using value_type = Run;  // NOLINT(readability-identifier-naming): containers call it so

@@ -39,8 +39,11 @@ public:
     /// `fn::NullPointerException`, before anything is changed, where the list holds a null pointer.
     void sanitize();
 
-    fn::String mimeType;             ///< What the buffers hold.
-    fn::AutoPtr<_GstBuffer> header;  ///< Null where the format has none; ASS alone has one.
+    /// What the buffers hold: "application/x-attributed-text" (see `attributedTextFromBuffer`) or
+    /// "application/x-ass" (see `ASSParser`).
+    fn::String mimeType;
+    /// The lines of an ASS script before its events; null for all other formats.
+    fn::AutoPtr<_GstBuffer> header;
     std::list<fn::AutoPtr<_GstBuffer>> buffers;  ///< A missing time is GST_CLOCK_TIME_NONE.
     TimestampUnit timestampUnit;
 };

@@ -29,16 +29,18 @@ public:
     /// Appends what the folder's entries hold whose names begin with `prefix` and do not end in
     /// `excludedSuffix`, in any letter case, and sorts the whole result by path, byte by byte.
     ///
-    /// Pass the video's name without extension and the video's own extension. An empty prefix
+    /// Pass the video's name without extension and its own extension with the dot. An empty prefix
     /// begins every name; an empty suffix ends every name, so that nothing is left. Sub-folders are
-    /// not entered, and no entry but the candidates is opened. A folder that is missing, or is
-    /// none, gives nothing new. What one file raises ends the scan, without the sorting; go file by
-    /// file with `processFile` where the others still matter.
+    /// not entered, and no entry but the candidates is opened. The paths in the references are
+    /// absolute. A folder that is missing, or is none, gives nothing new. What one file raises ends
+    /// the scan, without the sorting; go file by file with `processFile` where the others still
+    /// matter.
     void processFolder(const fn::Path& folder, const fn::String& prefix,
                        const fn::String& excludedSuffix, std::vector<SubtitleReference>& result);
 
-    /// Appends what every loader makes of the file, with the language that `entry`'s name tells
-    /// where a loader found one track and no language. The folder is not used.
+    /// Appends what every loader makes of the file at `entry.path`, with the language that its name
+    /// tells where a loader found one track and no language. Nothing else of `entry` counts, and
+    /// neither does the folder.
     void processFile(const fn::DirectoryEntry& entry, const fn::Path& folder,
                      const fn::String& prefix, std::vector<SubtitleReference>& result);
 

@@ -29,7 +29,8 @@ public:
     /// for SMI alone, one for each language.
     ///
     /// Looks at the extension first, in any letter case, and opens the file only where that fits.
-    /// Reads at most 65536 bytes, and for SMI all of it. Broken content gives an empty result.
+    /// Reads at most 65536 bytes, for SMI all of it, and for ASS nothing: its extension is enough.
+    /// Broken content gives an empty result.
     virtual std::vector<SubtitleReference> analyzeFile(const fn::Path& path) = 0;
 
     /// Whether the reference is one that this loader loads. The file is not looked at.
@@ -39,7 +40,9 @@ public:
     /// Empty where nothing of the content fits the format.
     ///
     /// At most 8388608 bytes of the file are read; what lies behind is absent. An empty `encoding`
-    /// asks for detection, any other is taken at its word.
+    /// asks for detection, any other is taken at its word. Where that is
+    /// "UTF-8" and a line is malformed, SRT and ASS may raise `fn::UTF8Exception`, which does not
+    /// name the file.
     virtual fn::AutoPtr<SubtitleData> loadSubtitle(const SubtitleReference& reference,
                                                    const fn::String& encoding) = 0;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 //
-// References as JSON. Fields are written and read one by one, in a fixed order: a document that
-// fails half-way has filled the fields in front of the failure.
+// References as JSON. The type is the first thing that is read, and the only one that can be wrong:
+// a document that fails has changed nothing.
 
 #include "subtitles/subtitle-reference.h"
 

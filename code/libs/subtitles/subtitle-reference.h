@@ -31,27 +31,30 @@ public:
     /// not UTF-8 survives.
     fn::String serialize() const;
 
-    /// Reads the JSON object that `serialize` wrote. False, with an error in the log where the text
-    /// is not empty, where the text is no JSON object or has a value of a wrong kind; fields that
-    /// were read until then keep their new values.
+    /// Reads the JSON object that `serialize` wrote. False where the text is empty, and, with an
+    /// error in the log, where it is no JSON object or its "type" is no number that an `int` holds;
+    /// nothing is changed then.
     ///
-    /// A missing key empties its field; a missing "type" is INVALID, and only the fields that go
-    /// with the type are touched. Entries of "loader-properties" are added to those that are there.
-    /// Unknown keys are read over.
+    /// A missing key empties its field, and so does a list or a map in its place; a missing "type"
+    /// is INVALID, and only the fields that go with the type are touched. Entries of
+    /// "loader-properties" are added to those that are there. Unknown keys are read over.
     bool deserialize(const fn::String& text);
 
     static fn::logging::Category* _fn_getLoggingCategoryStatic();
     fn::logging::Tag _fn_getLoggingTag() const;
     static fn::logging::Tag _fn_getLoggingTagStatic();
 
-    Type type = INVALID;            ///< The first thing that a loader looks at.
-    fn::String mimeType;            ///< Says which loader it is for.
+    Type type = INVALID;  ///< The first thing that a loader looks at.
+    /// Says which loader it is for: "application/x-srt", "application/x-micro-dvd-sub",
+    /// "application/x-ass" or "application/x-smi".
+    fn::String mimeType;
     fn::String languageCode;        ///< As found, in any case; see `Language::forCode`.
     fn::String customLanguageName;  ///< Goes before the name of the code where it is not empty.
     fn::String name;                ///< For display; the library only carries it along.
     fn::String path;                ///< As `fn::Path` has it on this system; may be any bytes.
-    std::map<fn::String, fn::String> loaderProperties;  ///< What the loader wants back.
-    fn::String streamName;                              ///< The library only carries it along.
+    /// What the loader wants back. SMI alone has one: the "class" of the track's paragraphs.
+    std::map<fn::String, fn::String> loaderProperties;
+    fn::String streamName;  ///< The library only carries it along.
 
 private:
     SUBTITLES_INTERNAL void readFrom(const fn::String& text);

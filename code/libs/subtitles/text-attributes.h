@@ -102,7 +102,9 @@ struct TextAttributes {
 
     fn::String fontDescription;
     fn::String fontFamily;
-    std::int32_t fontSizeRelative = 0;  ///< A step from -3 (xx-small) to 3 (xx-large).
+    /// The step of a word, from -3 (xx-small) to 3 (xx-large). Tags, "larger" and "smaller" count
+    /// the other way: `<big>` is -1.
+    std::int32_t fontSizeRelative = 0;
     std::int32_t fontSizeAbsolute = 0;  ///< The number that the markup gave, in its unit.
     FontStyle fontStyle = FONT_STYLE_NORMAL;
     FontWeight fontWeight = FONT_WEIGHT_NORMAL;
@@ -112,12 +114,12 @@ struct TextAttributes {
     Color backgroundColor;
     Underline underline = UNDERLINE_NONE;
     Color underlineColor;
-    std::int32_t rise = 0;
+    std::int32_t rise = 0;  ///< The number that the markup gave; up where it is positive.
     bool strikeThrough = false;
     Color strikeThroughColor;
-    bool fallback = true;  ///< Whether another font may stand in for missing letters.
-    fn::String language;
-    std::int32_t letterSpacing = 0;
+    bool fallback = true;            ///< Whether another font may stand in for missing letters.
+    fn::String language;             ///< As the markup has it, such as "ko".
+    std::int32_t letterSpacing = 0;  ///< The number that the markup gave.
     Gravity gravity = GRAVITY_AUTO;
     GravityHint gravityHint = GRAVITY_HINT_NATURAL;
     std::uint32_t attributeMask = 0;  ///< The `Attribute` bits of what is set.

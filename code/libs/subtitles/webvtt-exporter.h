@@ -21,7 +21,8 @@ public:
     fn::String encodeAttributes(const TextAttributes& changed, const TextAttributes& removed) const;
 
     /// The text of one run. "&", "<", the direction marks and the no-break space are escaped, ">"
-    /// is not, and every line begins with "&lrm;", so that it starts from left to right.
+    /// is not, and every line begins with "&lrm;", so that it starts from left to right. A NUL
+    /// stays, also the one with which the readers end a cue.
     fn::String processRunText(const fn::String& text) const;
 
     /// The whole text behind a line feed, which ends the line of the cue's times; empty where there
