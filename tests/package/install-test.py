@@ -21,6 +21,7 @@ import unittest
 import guide
 
 BUILD, COMPILER, SOURCES = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+GENERATOR = sys.argv[4]
 LISTS = (SOURCES / "CMakeLists.txt").read_text(encoding="utf-8")
 VERSION = re.search(r"project\(subtitles VERSION ([\d.]+)", LISTS).group(1)
 SOVERSION = re.search(r"set\(SUBTITLES_SOVERSION (\d+)\)", LISTS).group(1)
@@ -92,8 +93,10 @@ class Installed(unittest.TestCase):
         lists, = guide.blocks(GUIDE, "cmake")
         (source / "player.cpp").write_text(program, encoding="utf-8")
         (source / "CMakeLists.txt").write_text(lists, encoding="utf-8")
-        run("cmake", "-S", source, "-B", source / "build", f"-DCMAKE_PREFIX_PATH={self.prefix}",
-            f"-DCMAKE_CXX_COMPILER={COMPILER}", "-DCMAKE_CXX_COMPILER_LAUNCHER=")
+        # The build program of this build is there; the one that CMake takes by itself may not be.
+        run("cmake", "-S", source, "-B", source / "build", "-G", GENERATOR,
+            f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_CXX_COMPILER={COMPILER}",
+            "-DCMAKE_CXX_COMPILER_LAUNCHER=")
         run("cmake", "--build", source / "build")
         self.expect_player_works(source / "build/player", None)
 
