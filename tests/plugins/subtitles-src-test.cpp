@@ -326,15 +326,47 @@ TEST_F(SubtitlesSrcTest, TellsWhatItDetected) {
     element.play();
     element.next();
     gchar* format = nullptr;
-    gchar* encoding = nullptr;
     guint cues = 0;
-    g_object_get(element.element, "detected-format", &format, "detected-encoding", &encoding,
-                 "cue-count", &cues, nullptr);
+    g_object_get(element.element, "detected-format", &format, "cue-count", &cues, nullptr);
     EXPECT_STREQ(format, "application/x-srt");
-    EXPECT_STREQ(encoding, "UTF-8");
     EXPECT_EQ(cues, 3U);
     g_free(format);
-    g_free(encoding);
+}
+
+TEST_F(SubtitlesSrcTest, TellsTheEncodingThatItReadIn) {
+    // Plain ASCII, bytes that fit nothing, and an encoding that is detected and that nobody
+    // decodes.
+    for (const auto& [line, expected] : {std::pair{"One", "UTF-8"},
+                                         {"\x81", "windows-1252"},
+                                         {"\xCF\xF0\xE8\xE2\xE5\xF2 \xEC\xE8\xF0, \xEA\xE0\xEA "
+                                          "\xE4\xE5\xEB\xE0?",
+                                          "WINDOWS-1251"},
+                                         {"~{VPND~} ~{VPND~} ~{VPND~}", "UTF-8"}}) {
+        Element element;
+        const std::string cue = std::string("1\n00:00:01,000 --> 00:00:02,000\n") + line + "\n";
+        element.set("location", write("a.srt", cue).c_str());
+        element.play();
+        element.next();
+        gchar* encoding = nullptr;
+        g_object_get(element.element, "detected-encoding", &encoding, nullptr);
+        EXPECT_STREQ(encoding, expected);
+        g_free(encoding);
+    }
+}
+
+TEST_F(SubtitlesSrcTest, ReferenceThatNoReaderTakesIsAnError) {
+    Element element;
+    element.set("reference", R"({"type":0,"mime-type":"application/x-mystery","path":"a"})");
+    element.play();
+    EXPECT_EQ(element.error(), "No reader takes subtitles of the type 'application/x-mystery'");
+}
+
+TEST_F(SubtitlesSrcTest, MalformedTextIsAnErrorThatNamesTheFile) {
+    Element element;
+    const std::string path = write("a.ass", std::string(ass) + "Dialogue: \xE9\n");
+    element.set("location", path.c_str(), "subtitle-encoding", "UTF-8");
+    element.play();
+    EXPECT_EQ(element.error(), "'" + path + "' is not valid UTF-8");
 }
 
 TEST_F(SubtitlesSrcTest, AThousandStateChangesInARow) {

@@ -6,8 +6,12 @@
 #include <limits>
 #include <utility>
 
+#include <foundation/byte-array.h>
 #include <foundation/exception.h>
+#include <foundation/file-stream.h>
 #include <foundation/path.h>
+#include <foundation/stream-reader.h>
+#include <foundation/utf8.h>
 #include <subtitles/ass-exporter.h>
 #include <subtitles/ass-parser.h>
 #include <subtitles/attributed-text-buffer.h>
@@ -84,15 +88,43 @@ SubtitleReference referenceFor(const TrackRequest& request) {
     return reference;
 }
 
-fn::AutoPtr<SubtitleData> loadReference(const SubtitleReference& reference,
-                                        const fn::String& encoding) {
+SubtitleLoader& loaderFor(const SubtitleReference& reference) {
     for (SubtitleLoader* const loader : SubtitleLoader::getAllLoaders()) {
         if (loader->canHandle(reference)) {
-            return loader->loadSubtitle(reference, encoding);
+            return *loader;
         }
     }
     throw fn::RuntimeException("No reader takes subtitles of the type '" + reference.mimeType +
                                "'");
+}
+
+fn::AutoPtr<SubtitleData> loadWith(SubtitleLoader& loader, const SubtitleReference& reference,
+                                   const fn::String& encoding) {
+    try {
+        return loader.loadSubtitle(reference, encoding);
+    } catch (const fn::UTF8Exception&) {
+        throw fn::UTF8Exception("'" + reference.path + "' is not valid UTF-8");
+    }
+}
+
+/// What the library reads a text in that looks like no encoding.
+fn::String fallbackEncoding(const fn::String& path) {
+    constexpr unsigned long readLimit = 8388608;  // of the library, in bytes
+    fn::FileInputStream file(fn::FileDescriptor::read(path));
+    const fn::ByteArray bytes = fn::StreamReader(&file).readEverything(readLimit);
+    fn::StringView text = bytes.view();
+    if (text.size() == readLimit) {
+        text.remove_suffix(fn::utf8::incompleteTail(text));
+    }
+    return fn::utf8::isValid(text) ? "UTF-8" : "windows-1252";
+}
+
+/// The encoding of the file, found once: it takes longer than all the rest.
+fn::String detectEncoding(const fn::String& path) {
+    const fn::String detected =
+        CharsetDetector::detectFileCharset(path.c_str(), std::numeric_limits<unsigned long>::max());
+    const bool isKnown = !detected.empty() && fn::String::isKnownEncoding(detected);
+    return isKnown ? detected : fallbackEncoding(path);
 }
 
 /// From a buffer's time to nanoseconds. Each frame is scaled by itself, so that nothing adds up.
@@ -128,14 +160,9 @@ CueTrack CueTrack::load(const TrackRequest& request) {
     CueTrack track;
     const bool detect = request.encoding.empty() || request.encoding == "auto";
     track.chosen = referenceFor(request);
-    track.data = loadReference(track.chosen, detect ? fn::String() : request.encoding);
-    track.usedEncoding =
-        detect ? CharsetDetector::detectFileCharset(track.chosen.path.c_str(),
-                                                    std::numeric_limits<unsigned long>::max())
-               : request.encoding;
-    if (track.usedEncoding.empty()) {
-        track.usedEncoding = "UTF-8";
-    }
+    SubtitleLoader& loader = loaderFor(track.chosen);
+    track.usedEncoding = detect ? detectEncoding(track.chosen.path) : request.encoding;
+    track.data = loadWith(loader, track.chosen, track.usedEncoding);
     const SubtitleData& loaded = *track.data;
     std::vector<Span> spans;
     for (const fn::AutoPtr<_GstBuffer>& buffer : loaded.buffers) {

@@ -46,7 +46,7 @@ public:
     bool isASS() const;
 
     const SubtitleReference& reference() const { return chosen; }
-    /// The encoding that was used, for people: "UTF-8" where detection has no other answer.
+    /// The encoding in which the file was read.
     const fn::String& encoding() const { return usedEncoding; }
 
 private:
