@@ -99,6 +99,16 @@ TEST(CommandLine, TakesACommandsNameForAFile) {
     EXPECT_EQ(runTool({"detect", "find"}, setup).output, "find: UTF-8\n");
 }
 
+TEST(CommandLine, TakesAnEmptyValueBehindAnEqualsSign) {
+    const test::TemporaryFolder folder;
+    ToolSetup setup;
+    setup.folder = folder.path();
+    folder.writeFile("a.srt", "1\n00:00:01,000 --> 00:00:02,000\nOne\n");
+    EXPECT_EQ(runTool({"show", "--encoding=", "--language=", "a.srt"}, setup).status, 0);
+    folder.writeFile("--a=", "abc");
+    EXPECT_EQ(runTool({"detect", "--", "--a="}, setup).output, "--a=: UTF-8\n");
+}
+
 TEST(CommandLine, LeavesGStreamersOptionsAlone) {
     const ToolAnswer answer = runTool({"--gst-version"});
     EXPECT_EQ(answer.status, 64);

@@ -4,8 +4,10 @@
 
 #include "command-line.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -177,13 +179,28 @@ void addPreview(CLI::App& app, Command& command) {
 /// front it is a name again. No argument can have a NUL of its own.
 constexpr char bracketMark = '\0';
 
-std::vector<std::string> markedArguments(int argc, const char* const* argv) {
+/// "--encoding=", as scripts write it with an empty variable: the parser would take the next
+/// argument for the value.
+bool hasEmptyValue(const std::string& argument) {
+    return argument.size() > 3 && argument.compare(0, 2, "--") == 0 && argument.back() == '=';
+}
+
+std::vector<std::string> argumentsForParser(int argc, const char* const* argv) {
     std::vector<std::string> arguments;
-    for (int i = argc - 1; i > 0; --i) {  // the parser wants the last one first
+    bool mayBeOption = true;
+    for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
-        const bool isMarked = i > 1 && argv[1] == std::string("detect") && argument[0] == '[';
-        arguments.push_back(isMarked ? bracketMark + argument : argument);
+        mayBeOption = mayBeOption && argument != "--";
+        if (i > 1 && arguments.front() == "detect" && argument[0] == '[') {
+            arguments.push_back(bracketMark + argument);
+        } else if (mayBeOption && hasEmptyValue(argument)) {
+            arguments.push_back(argument.substr(0, argument.size() - 1));
+            arguments.emplace_back();
+        } else {
+            arguments.push_back(argument);
+        }
     }
+    std::reverse(arguments.begin(), arguments.end());  // the parser wants the last one first
     return arguments;
 }
 
@@ -195,7 +212,7 @@ void addDetect(CLI::App& app, Command& command) {
     detect->footer("Exit status: 0 if all files could be read, 2 if not.");
     detect->callback([=, &command] {
         for (std::string& file : options->files) {
-            file.erase(0, file.front() == bracketMark ? 1 : 0);
+            file.erase(0, file[0] == bracketMark ? 1 : 0);
         }
         command = [=](Console& console) { return tool::detect(console, *options); };
     });
@@ -233,7 +250,7 @@ ExitStatus runCommandLine(Console& console, int argc, const char* const* argv) {
     addPreview(app, command);
     addDetect(app, command);
     try {
-        app.parse(markedArguments(argc, argv));
+        app.parse(argumentsForParser(argc, argv));
     } catch (const CLI::ParseError& error) {
         return answer(console, app, error);
     }

@@ -29,7 +29,7 @@ _subtitles_value() {
     case $1 in
         --encoding) mapfile -t COMPREPLY < <(compgen -W "$(iconv -l 2>/dev/null | tr -d /)" -- "$2") ;;
         --format) mapfile -t COMPREPLY < <(compgen -W "webvtt ass" -- "$2") ;;
-        --subtitle) _subtitles_files "srt|sub|ass|ssa|smi" "$2" ;;
+        --subtitle) _subtitles_files "srt|sub|ass|ssa|smi|sami" "$2" ;;
         --output | -o) _subtitles_files "png" "$2" ;;
         --language | --class | --fps | --from | --to | --shift | --at | --strip) ;;
         *) return 1 ;;
@@ -48,8 +48,8 @@ _subtitles() {
         mapfile -t COMPREPLY < <(compgen -W "$(_subtitles_options "$command")" -- "$word")
     else
         case $command in
-            show) _subtitles_files "srt|sub|ass|ssa|smi" "$word" ;;
-            convert) _subtitles_files "srt|sub|ass|ssa|smi|vtt" "$word" ;;
+            show) _subtitles_files "srt|sub|ass|ssa|smi|sami" "$word" ;;
+            convert) _subtitles_files "srt|sub|ass|ssa|smi|sami|vtt" "$word" ;;
             *) _subtitles_files ".*" "$word" ;;
         esac
     fi
