@@ -11,6 +11,7 @@
 #include "foundation/path.h"
 
 #include "subtitles/subtitle-loader.h"
+#include "subtitles/subtitle-reference.h"
 
 #include "tests/plugins/element-harness.h"
 #include "tests/support/temporary-folder.h"
@@ -367,6 +368,30 @@ TEST_F(SubtitlesSrcTest, MalformedTextIsAnErrorThatNamesTheFile) {
     element.set("location", path.c_str(), "subtitle-encoding", "UTF-8");
     element.play();
     EXPECT_EQ(element.error(), "'" + path + "' is not valid UTF-8");
+}
+
+// A file's name may be in any old encoding, and a language is read out of it.
+TEST_F(SubtitlesSrcTest, TagsAreUTF8WhateverBytesTheReferenceHolds) {
+    subtitles::SubtitleReference reference;
+    reference.type = subtitles::SubtitleReference::FILE;
+    reference.mimeType = "application/x-smi";
+    reference.path = write(
+        "film.fran\xE7"
+        "ais.smi",
+        smi);
+    reference.languageCode = "k\xE9";
+    reference.customLanguageName =
+        "fran\xE7"
+        "ais";
+    reference.loaderProperties["class"] = "krc\xFF";
+    Element element;
+    element.set("reference", reference.serialize().c_str());
+    element.play();
+    EXPECT_EQ(element.next(), "");
+    const test::StreamStart start(element.harness->sinkpad);
+    EXPECT_EQ(start.tags(),
+              "language-code=k\uFFFD language-name=fran\uFFFDais title=fran\uFFFDais");
+    EXPECT_NE(start.id().find("krc\uFFFD"), std::string::npos);
 }
 
 TEST_F(SubtitlesSrcTest, AThousandStateChangesInARow) {

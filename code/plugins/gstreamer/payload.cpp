@@ -2,26 +2,18 @@
 
 #include "plugins/gstreamer/payload.h"
 
-#include <memory>
+#include <cstddef>
 
 #include <glib.h>
+
+#include "plugins/gstreamer/valid-text.h"
 
 namespace subtitles::element {
 
 namespace {
 
-struct FreeText {
-    void operator()(char* text) const { g_free(text); }
-};
-using OwnedText = std::unique_ptr<char, FreeText>;
-
-OwnedText validText(const fn::String& text) {
-    return OwnedText(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
-}
-
 fn::String escaped(const fn::String& text) {
-    const OwnedText valid = validText(text);
-    return fn::String(OwnedText(g_markup_escape_text(valid.get(), -1)).get());
+    return fn::String(OwnedText(g_markup_escape_text(validText(text).c_str(), -1)).get());
 }
 
 fn::String hexColor(const Color& color) {
@@ -120,7 +112,7 @@ fn::String toPlainText(const AttributedText& text) {
     for (const AttributedText::Run& run : text) {
         plain += run.text;
     }
-    return fn::String(validText(plain).get());
+    return validText(plain);
 }
 
 }  // namespace subtitles::element

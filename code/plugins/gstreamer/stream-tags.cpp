@@ -2,22 +2,27 @@
 
 #include "plugins/gstreamer/stream-tags.h"
 
-#include <string>
+#include "plugins/gstreamer/valid-text.h"
 
 namespace subtitles::element {
+
+namespace {
+
+void add(GstTagList* tags, const char* tag, const fn::String& text) {
+    gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, tag, validText(text).c_str(), nullptr);
+}
+
+}  // namespace
 
 GstTagList* makeTags(const SubtitleReference& reference) {
     GstTagList* const tags = gst_tag_list_new_empty();
     if (!reference.languageCode.empty()) {
-        const std::string code = reference.languageCode.toLowerCase();
-        gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_LANGUAGE_CODE, code.c_str(),
-                         GST_TAG_LANGUAGE_NAME, reference.languageName().c_str(), nullptr);
-    } else if (!reference.customLanguageName.empty()) {
-        gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_LANGUAGE_NAME,
-                         reference.customLanguageName.c_str(), nullptr);
+        add(tags, GST_TAG_LANGUAGE_CODE, reference.languageCode.toLowerCase());
     }
-    const fn::String title = reference.name.empty() ? reference.languageName() : reference.name;
-    gst_tag_list_add(tags, GST_TAG_MERGE_REPLACE, GST_TAG_TITLE, title.c_str(), nullptr);
+    if (!reference.languageCode.empty() || !reference.customLanguageName.empty()) {
+        add(tags, GST_TAG_LANGUAGE_NAME, reference.languageName());
+    }
+    add(tags, GST_TAG_TITLE, reference.name.empty() ? reference.languageName() : reference.name);
     return tags;
 }
 
@@ -26,7 +31,7 @@ namespace {
 /// One file may hold several streams.
 fn::String nameInFile(const SubtitleReference& reference) {
     const auto name = reference.loaderProperties.find("class");
-    return name != reference.loaderProperties.end() ? name->second : fn::String("text");
+    return name != reference.loaderProperties.end() ? validText(name->second) : fn::String("text");
 }
 
 GstStream* makeStream(const gchar* id, const SubtitleReference& reference) {
