@@ -23,7 +23,7 @@ public:
     };
 
     /// The name of the language to show: the custom one, or what the table has for the code, which
-    /// is "Unknown" where it has none.
+    /// is "Unknown" where it has none. A custom name out of a file's name need not be UTF-8.
     fn::String languageName() const;
 
     /// The reference as one JSON object in UTF-8, its keys in ascending order. Of `path` with
