@@ -5,6 +5,7 @@
     help-texts-test.py TOOL FOLDER
 """
 
+import json
 import pathlib
 import re
 import shutil
@@ -13,7 +14,7 @@ import sys
 import tempfile
 import unittest
 
-TOOL, FOLDER = sys.argv[1], pathlib.Path(sys.argv[2]).resolve()
+TOOL, FOLDER = (pathlib.Path(word).resolve() for word in sys.argv[1:3])
 BASH = FOLDER / "completion/subtitles.bash"
 
 
@@ -45,6 +46,13 @@ def complete(*words):
     return {word for word in done.stdout.splitlines() if word}
 
 
+def names_in(value):
+    """The names of all objects in a JSON document."""
+    if isinstance(value, dict):
+        return set(value).union(*map(names_in, value.values()))
+    return set().union(*map(names_in, value)) if isinstance(value, list) else set()
+
+
 class HelpTexts(unittest.TestCase):
     def setUp(self):
         temporary = tempfile.TemporaryDirectory()
@@ -62,6 +70,19 @@ class HelpTexts(unittest.TestCase):
         page = (FOLDER / "subtitles.1").read_text(encoding="utf-8").replace("\\-", "-")
         self.assertEqual(re.findall(r"^\.B subtitles (\w+)", page, re.MULTILINE), commands())
         self.assertEqual(set(re.findall(r"--[a-z]+", page)), all_options())
+
+    def test_the_man_page_tells_every_name_of_the_json_documents(self):
+        folder = complete.folder
+        (folder / "a.srt").write_text("1\n00:00:01,000 --> 00:00:02,000\nOne\n", encoding="utf-8")
+        (folder / "b.srt").mkdir()
+        page = (FOLDER / "subtitles.1").read_text(encoding="utf-8")
+        section = page.partition("\n.SH JSON\n")[2].partition("\n.SH ")[0]
+        for arguments in (["find", "."], ["show", "a.srt"], ["convert", "a.srt", "a.vtt"],
+                          ["detect", "a.srt", "b.srt"]):
+            done = subprocess.run([TOOL, *arguments, "--json"], capture_output=True, text=True,
+                                  check=False, cwd=folder)
+            names = names_in(json.loads(done.stdout))
+            self.assertEqual(names - set(re.findall(r"\w+", section)), set(), arguments)
 
     @unittest.skipUnless(shutil.which("groff"), "needs groff")
     def test_the_man_page_has_no_faults(self):
