@@ -34,11 +34,13 @@ public:
     RegularExpression& operator=(RegularExpression&&) noexcept;
     ~RegularExpression();
 
-    /// Looks for the first match at or behind `start`. Gives the number of entries, 0 for no match;
-    /// entry 0 is the whole match, entry k group k, and a group that took no part is empty.
+    /// Looks for the first match at or behind the byte `start`. Gives the number of entries in
+    /// `matches`, 0 for no match; entry 0 is the whole match, entry k group k, and a group that took
+    /// no part is empty.
     ///
-    /// Raises `fn::UTF8Exception` with the UTF-8 option on malformed text, and
-    /// `fn::RuntimeException` where the pattern exceeds PCRE2's limits on the subject.
+    /// Raises `fn::UTF8Exception` with the UTF-8 option on malformed text and where `start` is
+    /// inside a character, and `fn::RuntimeException` where the pattern exceeds PCRE2's limits on
+    /// the subject.
     int match(const String& subject, unsigned long start, std::vector<Match>& matches,
               Options options = 0) const;
 

@@ -10,7 +10,8 @@ namespace subtitles {
 /// hold SRT text.
 class SrtSubtitleLoader : public SubtitleLoader {
 public:
-    /// One reference where the file's first 65536 bytes hold a cue that ends after it starts.
+    /// One reference where the file's first 65536 bytes hold a cue that ends after it starts. Text
+    /// that the reader refuses, such as malformed UTF-8, is no SRT and raises nothing.
     std::vector<SubtitleReference> analyzeFile(const fn::Path& path) override;
     bool canHandle(const SubtitleReference& reference) override;
     fn::AutoPtr<SubtitleData> loadSubtitle(const SubtitleReference& reference,
