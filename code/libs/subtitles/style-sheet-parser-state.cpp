@@ -274,10 +274,9 @@ void ParserState::addStringPropertyValue() {
         return;
     }
     FN_LOG(Trace, FormatterF)("addStringPropertyValue ('%s')", token.c_str());
-    StyleSheet::Value value;
+    StyleSheet::Value& value = property.values.emplace_back();
     value.reset(StyleSheet::Value::String);
     value.string = token;
-    property.values.push_back(std::move(value));
 }
 
 void ParserState::addHexPropertyValue() {
