@@ -23,16 +23,6 @@ using fn::logging::CategoryManager;
 using fn::logging::Message;
 using fn::logging::Tag;
 
-/// Counts how often a message gets it.
-struct CountingFormat {
-    operator fn::String() const {  // NOLINT(google-explicit-constructor): as a literal is one
-        ++copies;
-        return "text";
-    }
-
-    int& copies;
-};
-
 /// Logs in the way that the library's classes do.
 class Speaker {
 public:
@@ -54,7 +44,6 @@ public:
     void color(unsigned char red, unsigned char green, unsigned char blue, unsigned char alpha) {
         FN_LOG(Trace, FormatterF)("%i %i %i %i", red, green, blue, alpha);
     }
-    void counted(int& copies) const { FN_LOG(Trace, FormatterF)(CountingFormat{copies}); }
     void plain() const { FN_LOG(Error, FormatterF)("will try to skip to next property."); }
 };
 
@@ -123,20 +112,6 @@ TEST(LoggingManager, ProgramsFactoryGoesBeforeTheLibrarysDefault) {
     }
     EXPECT_NE(std::find(asked.begin(), asked.end(), "test.default"), asked.end());
     manager.setDefaultSinkFactory(nullptr);
-}
-
-TEST(LogStatement, MakesNoMessageWhereNobodyListens) {
-    int copies = 0;
-    Speaker().counted(copies);
-    EXPECT_EQ(copies, 0);
-    {
-        const test::LogRecorder recorder(Message::Priority::Error);
-        Speaker().counted(copies);
-        EXPECT_EQ(copies, 0);
-    }
-    const test::LogRecorder recorder(Message::Priority::Trace);
-    Speaker().counted(copies);
-    EXPECT_EQ(copies, 1);
 }
 
 TEST(LogStatement, PrintsExceptionWithItsDetails) {

@@ -43,12 +43,6 @@ public:
 
     const String& name() const { return categoryName; }
 
-    /// Whether a message of this priority would reach a sink that keeps it. Safe from any thread.
-    bool wants(Message::Priority priority) const {
-        const Sink* const sink = currentSink.load(std::memory_order_acquire);
-        return sink != nullptr && sink->wants(priority);
-    }
-
     /// Delivers the message, or drops it before its text is made where there is no sink or the
     /// sink does not want its priority. Keeps no reference to it. Safe from any thread.
     void log(const Message& message) const;
@@ -107,15 +101,11 @@ struct Adapter {
     const void* object;
     Tag tag;
 
-    /// Where nobody listens there is no message, and so neither a look at the clock nor a copy of
-    /// the format: parsers have these statements in their loops.
-    template <class Format, class... Args>
-    void operator()(const Format& format, Args&&... args) const {
-        if (category->wants(priority)) {
-            category->log(MessageImpl<FormatterType, Args...>(
-                priority, file, line, function, prettyFunction, object, tag, String(format),
-                std::forward<Args>(args)...));
-        }
+    template <class... Args>
+    void operator()(String format, Args&&... args) const {
+        category->log(MessageImpl<FormatterType, Args...>(
+            priority, file, line, function, prettyFunction, object, tag, std::move(format),
+            std::forward<Args>(args)...));
     }
 };
 
