@@ -48,6 +48,15 @@ TEST(FileInputStream, IsShortOnlyAtTheEnd) {
     EXPECT_EQ(stream.tryRead(buffer, 4), 0U);
 }
 
+TEST(FileDescriptor, TakesTheFileOfAnother) {
+    const test::TemporaryFolder folder;
+    FileDescriptor descriptor = FileDescriptor::read(folder.writeFile("a.srt", "first"));
+    descriptor = FileDescriptor::read(folder.writeFile("b.srt", "second"));
+    FileInputStream stream(std::move(descriptor));
+    StreamReader reader(&stream);
+    EXPECT_EQ(reader.readEverything(100).view(), "second");
+}
+
 TEST(FileDescriptor, MissingFileIsNamed) {
     EXPECT_EQ(failure("/nowhere/a.srt"), "Cannot open '/nowhere/a.srt': No such file or directory");
 }

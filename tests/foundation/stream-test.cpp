@@ -139,6 +139,17 @@ TEST(ByteArray, CopiesAreDeepAndMovesAreNot) {
     EXPECT_EQ(bytes.view(), "xbc");
 }
 
+TEST(ByteArray, TakesTheBytesOfAnother) {
+    ByteArray bytes;
+    bytes.append("first", 5);
+    ByteArray other;
+    other.append("second", 6);
+    const unsigned char* const data = other.data();
+    bytes = std::move(other);
+    EXPECT_EQ(bytes.view(), "second");
+    EXPECT_EQ(bytes.data(), data);
+}
+
 TEST(ByteArray, ResizeFillsWithZeroBytes) {
     ByteArray bytes;
     bytes.append("a", 1);

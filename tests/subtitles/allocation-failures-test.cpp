@@ -3,7 +3,8 @@
 // Memory that runs out: each way in is gone once for each of its allocations, which fails. What
 // comes out is a result or an exception, and every block that was taken until then is given back.
 //
-// The blocks that fail are those of operator new. GLib's allocator, which GStreamer takes its own
+// The blocks that fail are those of operator new, and of realloc where the libraries ask for it:
+// the bytes of a file lie in such a block. GLib's allocator, which GStreamer takes its own
 // structures from, cannot fail in a way that a program sees: it ends the process. So its blocks are
 // watched alone: each of them comes back. libxml2's and uchardet's inner workings are not ours to
 // test, so they get what they ask for.
@@ -20,6 +21,7 @@
 #include <gst/gst.h>
 #include <gtest/gtest.h>
 
+#include "foundation/byte-array.h"
 #include "foundation/exception.h"
 #include "foundation/path.h"
 
@@ -55,8 +57,22 @@ bool isThirdParty(void* caller) {
     return dladdr(caller, &info) != 0 && std::strstr(info.dli_fname, "uchardet") != nullptr;
 }
 
+/// The libraries, and what of them is linked into this program.
+[[maybe_unused]] bool isOurs(void* caller) {
+    Dl_info program = {};
+    Dl_info info = {};
+    return dladdr(&allocations, &program) != 0 && dladdr(caller, &info) != 0 &&
+           (info.dli_fbase == program.dli_fbase ||
+            std::strstr(info.dli_fname, "libfoundation") != nullptr);
+}
+
+/// Counts an allocation; true for the one that is to fail.
+bool isToFail() {
+    return allocations.count++ == allocations.failing;
+}
+
 void* take(std::size_t size, void* caller) {
-    if (allocations.armed && !isThirdParty(caller) && allocations.count++ == allocations.failing) {
+    if (allocations.armed && !isThirdParty(caller) && isToFail()) {
         throw std::bad_alloc();
     }
     void* const block = std::malloc(size == 0 ? 1 : size);
@@ -99,6 +115,29 @@ void operator delete(void* block, std::size_t /*size*/) noexcept {
 void operator delete[](void* block, std::size_t /*size*/) noexcept {
     give(block);
 }
+
+// Clang links its sanitizer into the program, where only one of the two could stand.
+#if defined(__clang__)
+#if __has_feature(address_sanitizer)
+#define KEEPS_REALLOC
+#endif
+#endif
+
+#ifdef KEEPS_REALLOC
+constexpr bool reallocFails = false;
+#else
+constexpr bool reallocFails = true;
+
+extern "C" __attribute__((visibility("default"))) void* realloc(void* block,
+                                                                std::size_t size) noexcept {
+    using Realloc = void* (*)(void*, std::size_t);
+    static const auto systemRealloc = reinterpret_cast<Realloc>(dlsym(RTLD_NEXT, "realloc"));
+    if (allocations.armed && isOurs(__builtin_return_address(0)) && isToFail()) {
+        return nullptr;
+    }
+    return systemRealloc(block, size);
+}
+#endif
 
 namespace {
 
@@ -358,6 +397,14 @@ TEST(AllocationFailureOfTheTest, ALostBlockIsSeen) {
     gst_buffer_unref(buffer);
     EXPECT_EQ(allocations.live, before);
     EXPECT_EQ(test::liveGLibBlocks(), 0U);
+}
+
+TEST(AllocationFailureOfTheTest, TheBytesOfAFileFailToo) {
+    const Case way = {"", [](const std::string& /*folder*/) {
+                          fn::ByteArray bytes;
+                          bytes.append("bytes", 5);
+                      }};
+    EXPECT_EQ(go(way, "", 0), reallocFails ? Outcome::OutOfMemory : Outcome::Result);
 }
 
 }  // namespace
