@@ -117,6 +117,7 @@ std::vector<Input> inputs() {
         {F::SMI, "declarations of nothing", "<style>.a{", "x:y;", "}</style>"},
         {F::SMI, "declarations of no language", "<style>.a{", "lang:q;", "}</style>"},
         {F::SMI, "declarations of many languages", "<style>.a{", "lang:%;", "}</style>"},
+        {F::SMI, "declarations outside of rules", "<style>", "a:b;", "</style>"},
         {F::SMI, "style sheets", "", "<style>.a{name:x}</style>", ""},
         {F::SMI, "a chain of names", "<style>", "a ", "{x:1}</style>"},
         {F::SMI, "open attributes in a style", "<style>", "a[;", "</style>"},

@@ -71,6 +71,29 @@ TEST(StyleSheetGuard, NothingIsReadBehindAStop) {
     EXPECT_EQ(guarded(repeated("a ", 100000) + "{x:1}.krcc{lang:ko}"), "");
 }
 
+TEST(StyleSheetGuard, DeclarationsAreKeptInSheetsOfUsualSizes) {
+    for (const std::string& text :
+         {".a{" + repeated("b:c;", 20000) + "}", repeated("b:c;", 20000)}) {
+        StyleSheet expected;
+        expected.parse(text);
+        StyleSheet sheet;
+        parseStyleSheetGuarded(sheet, text);
+        EXPECT_TRUE(areSame(sheet, expected));
+    }
+}
+
+TEST(StyleSheetGuard, DeclarationsAreNotKeptWithoutEnd) {
+    const std::size_t count = 200000;
+    StyleSheet sheet;
+    parseStyleSheetGuarded(sheet, repeated("b:c;", count));
+    EXPECT_GT(sheet.properties.size(), count / 4);
+    EXPECT_LT(sheet.properties.size(), count / 2);
+    // As long as they are written out, they are no burden.
+    StyleSheet written;
+    parseStyleSheetGuarded(written, repeated("background-color: white;\n", count));
+    EXPECT_EQ(written.properties.size(), count);
+}
+
 // 632 names make 200,028 segments.
 TEST(StyleSheetGuard, ChainsAreKeptUpTo200000Segments) {
     StyleSheet kept;
@@ -150,7 +173,8 @@ TEST(StyleSheetGuard, EffortGrowsWithTheLength) {
             parseStyleSheetGuarded(sheet, kindOf(name).text(std::size_t{16384} << i), effort);
             spent[i] = effort.spent;
         }
-        EXPECT_GT(spent[1] * 100, spent[0] * 198) << name;
+        // Some kinds have one long value, which is kept once.
+        EXPECT_GT(spent[1] * 100, spent[0] * 190) << name;
         EXPECT_LT(spent[1] * 100, spent[0] * 202) << name;
     }
 }

@@ -31,6 +31,9 @@ using Position = ParserState::Position;
 // What an action with its message takes, beside a byte that is read.
 constexpr std::uint64_t stepsToLog = 16;
 
+// What a value takes beside that: some three hundred bytes of memory, for a text of perhaps one.
+constexpr std::uint64_t stepsToStore = 640;
+
 constexpr std::uint64_t unlimited = std::numeric_limits<std::uint64_t>::max();
 
 /// How much of selectors there is.
@@ -207,6 +210,7 @@ private:
 
     void perform(Action action, Position at) {
         effort.spent += style_sheet::isLogged(action) ? stepsToLog : 0;
+        effort.spent += addsValue(action) ? stepsToStore : 0;
         switch (action) {  // LCOV_EXCL_BR_LINE: the table has no other actions.
             case Action::Clear: state.clear(); break;
             case Action::Append: state.append(at); break;
@@ -315,6 +319,12 @@ private:
         return effort.spent > effort.allowed ||
                open.segments + committed.segments > bounds.segments ||
                open.memory() + committed.memory() > bounds.memory;
+    }
+
+    static bool addsValue(Action action) {
+        return action == Action::AddString || action == Action::AddHexColor ||
+               action == Action::AddNumber || action == Action::AddNumberWithUnit ||
+               action == Action::AddPercentage || action == Action::EndBraceValue;
     }
 
     static bool isHexDigit(unsigned char byte) {
