@@ -165,6 +165,15 @@ constexpr const char* smi =
     "<SYNC Start=2000><P Class=ENCC>&nbsp;<SYNC Start=3000><P Class=XXCC>Another language, "
     "<font color=red>too</font></BODY></SAMI>";
 
+/// More than are kept one by one.
+std::string smiOfManyRuns() {
+    std::string text = "<SYNC Start=1><P>";
+    for (int i = 0; i < 100; ++i) {
+        text += "text<b>bold</b>";
+    }
+    return text;
+}
+
 void loadReference(const SubtitleReference& reference, const char* encoding) {
     for (SubtitleLoader* const loader : SubtitleLoader::getAllLoaders()) {
         if (loader->canHandle(reference)) {
@@ -299,6 +308,10 @@ std::vector<Case> makeCases() {
          [](const std::string& folder) {
              load(folder + "/malformed.srt", "application/x-srt", "UTF-8");
          }},
+        {"LoadingSmiOfManyRuns",
+         [](const std::string& folder) {
+             load(folder + "/runs.smi", "application/x-smi", "UTF-8");
+         }},
         {"LoadingAClassOfSmi", loadClass},
         {"DetectingAnEncoding", detect},
         {"Finding", find},
@@ -350,6 +363,7 @@ class AllocationFailure : public testing::TestWithParam<std::size_t> {
 protected:
     AllocationFailure() {
         folder.writeFile("malformed.srt", malformedSrt);
+        folder.writeFile("runs.smi", smiOfManyRuns());
         for (const Format& format : formats) {
             folder.writeFile(std::string("film") + format.extension, format.text);
             for (const Encoding& encoding : encodings) {

@@ -347,12 +347,62 @@ TEST_F(SMIDocument, BlockThatIsNotClosedIsLost) {
     EXPECT_EQ(describeBuffers(loader), "");
 }
 
+/// A run for each number, every second one bold.
+AttributedText numbers(int count) {
+    AttributedText runs;
+    for (int i = 0; i < count; ++i) {
+        AttributedText::Run run;
+        run.text = std::to_string(i);
+        if (i % 2 != 0) {
+            run.attributes.fontWeight = TextAttributes::FONT_WEIGHT_BOLD;
+            run.attributes.attributeMask = TextAttributes::FONT_WEIGHT;
+        }
+        runs.push_back(run);
+    }
+    return runs;
+}
+
+TEST_F(SMIDocument, RunsOfACueMayBeMany) {
+    for (const int count : {2, 63, 64, 65, 66, 20000}) {
+        loader.buffers.clear();
+        sync("1");
+        p();
+        for (int i = 0; i < count; ++i) {
+            i % 2 != 0 ? open("b") : close("b");
+            text(std::to_string(i).c_str());
+        }
+        sync("2");
+        p();
+        text("next");
+        close("sync");
+        ASSERT_EQ(loader.buffers.size(), 2U);
+        EXPECT_EQ(describe(attributedTextFromBuffer(loader.buffers.front().get())),
+                  describe(numbers(count)));
+        EXPECT_EQ(describe(attributedTextFromBuffer(loader.buffers.back().get())), "[next]");
+    }
+}
+
 TEST_F(SMIDocument, ClassesAreNotedOutsideSyncBlocksToo) {
     p("ENCC");
     p("KRCC");
     p("");
     p();
     EXPECT_EQ(loader.classes, (std::set<fn::String>{"encc", "krcc"}));
+}
+
+TEST_F(SMIDocument, ClassesThatAreManyAreAllNoted) {
+    loader.wantedClass = "c1400";
+    for (int round = 1; round <= 2; ++round) {
+        sync(std::to_string(round).c_str());
+        for (int i = 0; i < 1500; ++i) {
+            p(("C" + std::to_string(i)).c_str());
+            text(std::to_string(i).c_str());
+        }
+    }
+    close("sync");
+    EXPECT_EQ(loader.classes.size(), 1500U);
+    EXPECT_EQ(loader.classes.count("c1499"), 1U);
+    EXPECT_EQ(describeBuffers(loader), "1:[1400] 2:[1400]");
 }
 
 TEST_F(SMIDocument, WhereLanguagesAloneAreWantedTheFirstBufferIsEnough) {

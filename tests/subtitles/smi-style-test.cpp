@@ -78,6 +78,16 @@ TEST(SMILanguages, TwoSelectorsDefineTheLastClassAlone) {
     EXPECT_EQ(languages("P.x, .y {lang: ko} ", {"x", "y"}), "[x code= name=X][y code=ko name=]");
 }
 
+TEST(SMILanguages, CodesMayBeManyAndComeAgain) {
+    std::string rules;
+    for (int i = 0; i < 1200; ++i) {
+        rules += ".x {lang: q" + std::to_string(i) + "} ";
+    }
+    EXPECT_EQ(languages((rules + ".x {lang: ko} ").c_str(), {"X"}), "[x code=ko name=]");
+    EXPECT_EQ(languages((rules + ".x {lang: q1; lang: q1199} ").c_str(), {"X"}),
+              "[x code= name=q1]");
+}
+
 TEST(SMILanguages, DefinedClassThatNobodyUsesGivesNoEntry) {
     EXPECT_EQ(languages(".x {lang: ko} ", {}), "");
 }

@@ -68,12 +68,16 @@ std::uint32_t wireLength(const fn::String& text) {
     return static_cast<std::uint32_t>(text.size());
 }
 
+std::size_t wireSize(const AttributedText::Run& run) {
+    return smallestRunSize + wireLength(run.attributes.fontDescription) +
+           wireLength(run.attributes.fontFamily) + wireLength(run.attributes.language) +
+           wireLength(run.text);
+}
+
 std::size_t wireSize(const AttributedText& text) {
     std::size_t size = countSize;
     for (const AttributedText::Run& run : text) {
-        size += smallestRunSize + wireLength(run.attributes.fontDescription) +
-                wireLength(run.attributes.fontFamily) + wireLength(run.attributes.language) +
-                wireLength(run.text);
+        size += wireSize(run);
     }
     return size;
 }
@@ -214,6 +218,36 @@ BufferBlocks::Bytes attributedTextToBytes(const AttributedText& text, BufferBloc
     for (const AttributedText::Run& run : text) {
         transferRun(writer, run);
     }
+    return bytes;
+}
+
+void RunBytes::append(const AttributedText::Run& run) {
+    constexpr std::size_t pieceSize = 1U << 20U;
+    const std::size_t size = wireSize(run);
+    if (pieces.empty() || pieces.back().capacity() - pieces.back().size() < size) {
+        pieces.emplace_back().reserve(std::max(size, pieceSize));
+    }
+    fn::String& piece = pieces.back();
+    const std::size_t before = piece.size();
+    piece.resize(before + size);
+    Writer writer(reinterpret_cast<std::uint8_t*>(piece.data()) + before);
+    transferRun(writer, run);
+    ++runCount;
+    byteCount += size;
+}
+
+BufferBlocks::Bytes RunBytes::take(const AttributedText& first, BufferBlocks& blocks) {
+    BufferBlocks::Bytes bytes = blocks.allocate(wireSize(first) + byteCount);
+    Writer writer(bytes.data());
+    writer.transfer(static_cast<std::uint32_t>(first.size() + runCount));
+    for (const AttributedText::Run& run : first) {
+        transferRun(writer, run);
+    }
+    for (; !pieces.empty(); pieces.pop_front()) {
+        writer.put(pieces.front().data(), pieces.front().size());
+    }
+    runCount = 0;
+    byteCount = 0;
     return bytes;
 }
 

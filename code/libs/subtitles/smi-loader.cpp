@@ -131,14 +131,19 @@ const fn::String& SMILoader::noteClass(fn::StringView name) {
     if (name.empty()) {
         return none;
     }
-    // A document has a few spellings of a few classes, and thousands of paragraphs.
-    const auto known = spellings.find(name);
-    if (known != spellings.end()) {
-        return known->second;
-    }
+    // A document has a few spellings of a few classes, and thousands of paragraphs. One in which
+    // each paragraph has its own gains nothing from that.
     const fn::String spelling = toString(name);
-    classes.insert(spelling.toLowerCase());
-    return spellings.emplace(spelling, spelling.toLowerCase()).first->second;
+    const auto known = spellings.find(spelling);
+    if (known != spellings.end()) {
+        return *known->second;
+    }
+    const fn::String& inLowerCase = *classes.insert(spelling.toLowerCase()).first;
+    constexpr std::size_t mostSpellings = 1000;
+    if (spellings.size() < mostSpellings) {
+        spellings.emplace(spelling, &inLowerCase);
+    }
+    return inLowerCase;
 }
 
 void SMILoader::startParagraph(const fn::String& className) {
@@ -239,8 +244,17 @@ void SMILoader::finishRun() {
     if (run.text.empty()) {
         return;
     }
-    runs.push_back(std::move(run));
-    run = AttributedText::Run();
+    constexpr std::size_t mostRecords = 64;
+    if (runs.size() < mostRecords) {
+        runs.push_back(std::move(run));
+        run = AttributedText::Run();
+        return;
+    }
+    furtherRuns.append(run);
+    run.text.clear();
+    if (run.attributes.attributeMask != 0) {
+        run.attributes = TextAttributes();
+    }
 }
 
 void SMILoader::finishParagraph() {
@@ -258,16 +272,22 @@ void SMILoader::finishSync() {
         finishPlainSync();
     } else {
         finishParagraph();
-        // Two runs are never looked at, even if both are blank.
-        if (runs.size() == 1 && isBlank(runs.front().text)) {
-            appendCue(BufferBlocks::Bytes());
-        } else if (!runs.empty()) {
-            appendCue(attributedTextToBytes(runs, blocks));
-        }
+        appendRuns();
         runs.clear();
     }
     syncStart = -1;
     // `inParagraph` stays: in a document without end tags the next block's text follows at once.
+}
+
+void SMILoader::appendRuns() {
+    if (furtherRuns.count() > 0) {
+        appendCue(furtherRuns.take(runs, blocks));
+    } else if (runs.size() == 1 && isBlank(runs.front().text)) {
+        // Two runs are never looked at, even if both are blank.
+        appendCue(BufferBlocks::Bytes());
+    } else if (!runs.empty()) {
+        appendCue(attributedTextToBytes(runs, blocks));
+    }
 }
 
 /// The short way for a block without mark-up, as nearly all are: its text need not become a run of

@@ -10,12 +10,15 @@
 #include <list>
 #include <map>
 #include <set>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "foundation/auto-ptr.h"
 #include "foundation/string-view.h"
 #include "foundation/string.h"
 
+#include "subtitles/attributed-text-writer.h"
 #include "subtitles/attributed-text.h"
 #include "subtitles/buffer-blocks.h"
 #include "subtitles/gst-buffer-ptr.h"
@@ -79,7 +82,7 @@ public:
     bool inStyle = false;          ///< Inside a style element that is read.
     fn::String wantedClass;        ///< The class to load; empty means every paragraph.
     bool inParagraph = false;      ///< Text counts now.
-    AttributedText runs;           ///< The finished runs of the open sync block.
+    AttributedText runs;           ///< The finished runs of the open sync block, the first ones.
     AttributedText::Run run;
     TextAttributesStack attributeStack;  ///< The open inline tags of the paragraph.
     long long syncStart = -1;  ///< Start of the open block in nanoseconds; -1 when none is open.
@@ -103,10 +106,13 @@ private:
     void startSync(fn::StringView time);
     void appendText(fn::StringView text);
     void readStyle(fn::String text);
+    void normalize(LanguageEntry& entry);
+    bool isLanguage(const fn::String& code);
     void readText(const fn::String& text);
     void readDocument(const fn::String& text);
     void flushStyleText();
     void finishPlainSync();
+    void appendRuns();
 
     template <class Action>
     void guarded(Action&& action);
@@ -114,7 +120,7 @@ private:
     void* htmlParser = nullptr;    ///< While a text is read.
     std::exception_ptr exception;  ///< What an entry point caught.
     /// What is in `classes`, by each spelling that a paragraph has.
-    std::map<fn::String, fn::String, std::less<>> spellings;
+    std::unordered_map<std::string, const fn::String*> spellings;
     /// A cue or, without bytes, an end mark. While the HTML parser runs, which takes and gives back
     /// a lot of memory, the buffers would lie scattered between that: reading would take half as
     /// long again. So they are made when it has come to its end.
@@ -127,10 +133,12 @@ private:
     void makeBuffers();
     Buffers makeStream();
 
+    RunBytes furtherRuns;          ///< Of the open sync block, behind `runs`.
     BufferBlocks blocks;           ///< Where the bytes of the buffers lie.
     std::vector<Cue> cues;         ///< What is to become buffers.
     fn::String styleText;          ///< The style element so far: it arrives in pieces.
     StyleSheetEffort styleEffort;  ///< Of all style elements together.
+    std::unordered_map<std::string, bool> askedCodes;  ///< Whether they are languages'.
 };
 
 }  // namespace subtitles

@@ -37,20 +37,6 @@ bool isUnknown(const Language& language) {
     return std::find(language.codes.begin(), language.codes.end(), "UND") != language.codes.end();
 }
 
-/// Leaves one of code and name: a known code, whose name the table has, or a name to show, which an
-/// unknown code serves as where there is no other.
-void normalize(SMILoader::LanguageEntry& entry) {
-    entry.languageCode = entry.languageCode.substr(0, entry.languageCode.find('-'));
-    if (!isUnknown(Language::forCode(entry.languageCode))) {
-        entry.languageName.clear();
-        return;
-    }
-    if (entry.languageName.empty()) {
-        entry.languageName = entry.languageCode;
-    }
-    entry.languageCode.clear();
-}
-
 }  // namespace
 
 void SMILoader::parseStylesheet(const StyleSheet& sheet) {
@@ -67,12 +53,43 @@ void SMILoader::parseStylesheet(const StyleSheet& sheet) {
                 entry.languageName = getStringValue(property);
             } else if (propertyName == "lang") {
                 entry.languageCode = getStringValue(property);
+            } else {
+                continue;
             }
-            // After every property, of whatever name: so "lang" may come before or behind "name".
+            // After each of the two: so "lang" may come before or behind "name".
             normalize(entry);
         }
         languages[entry.className] = entry;
     }
+}
+
+/// Leaves one of code and name: a known code, whose name the table has, or a name to show, which an
+/// unknown code serves as where there is no other.
+void SMILoader::normalize(LanguageEntry& entry) {
+    entry.languageCode = entry.languageCode.substr(0, entry.languageCode.find('-'));
+    if (isLanguage(entry.languageCode)) {
+        entry.languageName.clear();
+        return;
+    }
+    if (entry.languageName.empty()) {
+        entry.languageName = entry.languageCode;
+    }
+    entry.languageCode.clear();
+}
+
+/// Whether the table of languages has the code. Sheets ask for the same few codes over and over,
+/// and a search for one that is not there goes through the whole table.
+bool SMILoader::isLanguage(const fn::String& code) {
+    constexpr std::size_t mostCodes = 1000;
+    const auto asked = askedCodes.find(code);
+    if (asked != askedCodes.end()) {
+        return asked->second;
+    }
+    const bool isKnown = !isUnknown(Language::forCode(code));
+    if (askedCodes.size() < mostCodes) {
+        askedCodes.emplace(code, isKnown);
+    }
+    return isKnown;
 }
 
 // By value, as the property is little more than one string.
