@@ -51,6 +51,7 @@ int main(int argc, char** argv) {
         const std::string file = peers::filmFile(format, std::stoul(argv[2]));
         const auto reader = readerNamed(argc > 3 ? argv[3] : "", format);
         // What is done once in a process is no cost of a cue.
+        reader->prepare(file);
         reader->read(file);
         reader->release();
         fmt::print("{} {}\n", file.size(), readOnce(*reader, file));

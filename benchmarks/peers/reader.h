@@ -21,7 +21,11 @@ public:
     Reader& operator=(const Reader&) = delete;
     virtual ~Reader() = default;
 
-    /// Reads the file and keeps what is in it. The clock runs. Gives the number of cues.
+    /// Puts the bytes where the reader's library takes them from. The clock stands still.
+    virtual void prepare(const std::string& /*file*/) {}
+
+    /// Reads the file, which is the one that was prepared, and keeps what is in it. The clock runs.
+    /// Gives the number of cues.
     virtual std::size_t read(const std::string& file) = 0;
 
     /// Drops what `read` has kept. The clock stands still.

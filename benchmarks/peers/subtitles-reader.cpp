@@ -53,24 +53,24 @@ public:
     SubtitlesReader(Format fileFormat, const std::string& fileEncoding, bool withStyleSheets)
         : format(fileFormat), encoding(fileEncoding), styleSheets(withStyleSheets) {}
 
-    std::size_t read(const std::string& file) override {
-        data = load(format, textOf(file), styleSheets);
+    void prepare(const std::string& file) override {
+        bytes.clear();
+        bytes.append(file.data(), file.size());
+    }
+
+    std::size_t read(const std::string& /*file*/) override {
+        data =
+            load(format, subtitles::decodeText(bytes, encoding, subtitles::loadLimit), styleSheets);
         return data->buffers.size();
     }
 
     void release() override { data.reset(); }
 
 private:
-    // As a loader does it: the bytes are gone before the text is parsed.
-    fn::String textOf(const std::string& file) const {
-        fn::ByteArray bytes;
-        bytes.append(file.data(), file.size());
-        return subtitles::decodeText(bytes, encoding, subtitles::loadLimit);
-    }
-
     Format format;
     fn::String encoding;
     bool styleSheets;
+    fn::ByteArray bytes;
     Data data;
 };
 

@@ -165,6 +165,7 @@ double processorTime() {
 }
 
 Cost readHere(peers::Reader& reader, const std::string& text) {
+    reader.prepare(text);
     const double start = processorTime();
     try {
         reader.read(text);

@@ -121,6 +121,23 @@ TEST(ASSTimeFields, OfTheUsualFormAreThoseOfTheExpressionWhateverByteIsChanged) 
     }
 }
 
+TEST(ASSTimeUsual, IsWhatTheLongWayGives) {
+    std::string text = "0:00:00.00";
+    for (int hundredths = 0; hundredths < 10 * 3600 * 100; hundredths += 7) {
+        const int seconds = hundredths / 100;
+        const int numbers[] = {seconds / 3600, seconds / 60 % 60, seconds % 60, hundredths % 100};
+        text[0] = static_cast<char>('0' + numbers[0]);
+        for (std::size_t i = 1; i < 4; ++i) {
+            text[3 * i - 1] = static_cast<char>('0' + numbers[i] / 10);
+            text[3 * i] = static_cast<char>('0' + numbers[i] % 10);
+        }
+        ASSERT_EQ(ass::timeIn(text), static_cast<GstClockTime>(hundredths) * 10000000) << text;
+        ASSERT_EQ(ass::timeIn(text), ass::toNanoseconds(ass::findTime(text))) << text;
+    }
+    // Minutes and seconds may be more than sixty.
+    EXPECT_EQ(ass::timeIn("9:99:99.99"), ass::toNanoseconds(ass::findTime("9:99:99.99")));
+}
+
 TEST(ASSTimeLarge, DigitsInEveryField) {
     const std::string digits(8 * 1024 * 1024, '9');
     EXPECT_EQ(ass::parseTime(digits), none);

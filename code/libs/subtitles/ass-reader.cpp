@@ -214,19 +214,20 @@ fn::AutoPtr<_GstBuffer> makeEvent(int readOrder, const Values& values, BufferBlo
 void readEvents(ScriptLines& lines, const Columns& columns, BufferBlocks& blocks,
                 SubtitleData& data) {
     constexpr fn::StringView word = "dialogue:";
+    constexpr fn::StringView usual = "Dialogue:";  // Needs no look at each letter.
     int readOrder = 0;
     while (const auto line = lines.next()) {
-        if (!startsLowered(*line, word)) {
+        if (line->substr(0, usual.size()) != usual && !startsLowered(*line, word)) {
             continue;
         }
         const Values values = columns.valuesOf(line->substr(word.size()));
-        const GstClockTime start = toNanoseconds(findTime(values[Start]));
+        const GstClockTime start = timeIn(values[Start]);
         if (start == GST_CLOCK_TIME_NONE) {
             continue;
         }
         fn::AutoPtr<_GstBuffer> buffer = makeEvent(readOrder++, values, blocks);
         GST_BUFFER_PTS(buffer.get()) = start;
-        const GstClockTime end = toNanoseconds(findTime(values[End]));
+        const GstClockTime end = timeIn(values[End]);
         if (end != GST_CLOCK_TIME_NONE && end > start) {
             GST_BUFFER_DURATION(buffer.get()) = end - start;
         }

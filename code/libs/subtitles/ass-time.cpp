@@ -95,12 +95,17 @@ bool isUsual(fn::StringView text) {
     return !differs;
 }
 
+/// Its nanoseconds: numbers so small are the same without double precision.
+GstClockTime usualTime(fn::StringView text) {
+    const auto digit = [text](std::size_t i) { return static_cast<GstClockTime>(text[i] - '0'); };
+    const auto digits = [&](std::size_t i) { return digit(i) * 10 + digit(i + 1); };
+    return (digit(0) * 3600 + digits(2) * 60 + digits(5)) * GST_SECOND +
+           digits(8) * (GST_SECOND / 100);
+}
+
 }  // namespace
 
 TimeFields findTime(fn::StringView text) {
-    if (isUsual(text)) {
-        return {text.substr(0, 1), text.substr(2, 2), text.substr(5, 2), text.substr(8, 2)};
-    }
     std::size_t start = findDigit(text, 0);
     while (start < text.size()) {
         const TimeFields fields = timeAt(text, start);
@@ -127,8 +132,12 @@ GstClockTime toNanoseconds(const TimeFields& fields) {
                                          powerOfTen(fields.fraction.size()));
 }
 
+GstClockTime timeIn(fn::StringView text) {
+    return isUsual(text) ? usualTime(text) : toNanoseconds(findTime(text));
+}
+
 GstClockTime parseTime(const fn::String& text) {
-    return toNanoseconds(findTime(fn::to_string_view(text)));
+    return timeIn(fn::to_string_view(text));
 }
 
 }  // namespace subtitles::ass
