@@ -35,8 +35,8 @@ public:
     ~RegularExpression();
 
     /// Looks for the first match at or behind the byte `start`. Gives the number of entries in
-    /// `matches`, 0 for no match; entry 0 is the whole match, entry k group k, and a group that took
-    /// no part is empty.
+    /// `matches`, 0 for no match; entry 0 is the whole match, entry k group k, and a group that
+    /// took no part is empty.
     ///
     /// Raises `fn::UTF8Exception` with the UTF-8 option on malformed text and where `start` is
     /// inside a character, and `fn::RuntimeException` where the pattern exceeds PCRE2's limits on
