@@ -38,6 +38,6 @@ function(subtitles_add_test name)
   endif()
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
-    TIMEOUT 300 LABELS "${TEST_LABELS}"
+    TIMEOUT 600 LABELS "${TEST_LABELS}"
     ENVIRONMENT "G_DEBUG=fatal-criticals;SUBTITLES_SAMPLES=${PROJECT_SOURCE_DIR}/samples;SUBTITLES_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data;${environment}")
 endfunction()
