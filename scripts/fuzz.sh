@@ -6,8 +6,8 @@
 #   scripts/fuzz.sh SECONDS [TARGET...]
 #
 # Builds with the preset fuzz. New inputs go into build/fuzz/corpus/TARGET, from where the next run
-# goes on; the committed corpus is only read, and so are the dictionaries. What breaks a target lies beside that folder, and the
-# script ends with 1.
+# goes on; the committed corpus and the dictionaries are only read. What breaks a target lies beside
+# that folder, and the script ends with 1.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -38,7 +38,7 @@ dictionaries() {
 export -f dictionaries
 
 fuzz() {
-    local seconds=$1 target=$2 work log options=() dictionary
+    local seconds=$1 target=$2 work log dictionary
     work=$PWD/build/fuzz/corpus/$target
     log=$work.log
     mkdir -p "$work"
@@ -46,9 +46,8 @@ fuzz() {
         cat "fuzz/dictionaries/$dictionary.dict"
         echo
     done >"$work.dict"
-    options+=("-dict=$work.dict")
     if ! "build/fuzz/fuzz/$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=4096 \
-        -print_final_stats=1 -artifact_prefix="$work-" "${options[@]}" \
+        -print_final_stats=1 -artifact_prefix="$work-" "-dict=$work.dict" \
         "$work" "fuzz/corpus/$target" >"$log" 2>&1; then
         tail -n 60 "$log"
         printf '%-28s FAILED\n' "$target"

@@ -136,8 +136,7 @@ void addConvert(CLI::App& app, Command& command) {
     addJson(*convert, options->json);
     convert->footer(
         "Exit status: 0 if there are cues, 1 if --from, --to and --shift leave none or IN is "
-        "longer "
-        "than 8 MiB, 2 if it failed.");
+        "longer than 8 MiB, 2 if it failed.");
     convert->callback([=, &command] {
         command = [=](Console& console) { return tool::convert(console, *options); };
     });
