@@ -60,10 +60,10 @@ void checkStream(const fn::String& text, const subtitles::SMILoader& whole) {
     data.buffers = whole.getBuffers();
     data.sanitize();
     subtitles::SMILoader loader;
-    const auto stream = loader.loadText(text);
-    FUZZ_REQUIRE(stream.size() == data.buffers.size());
+    const auto loaded = loader.loadText(text);
+    FUZZ_REQUIRE(loaded->buffers.size() == data.buffers.size());
     auto expected = data.buffers.begin();
-    for (const auto& buffer : stream) {
+    for (const auto& buffer : loaded->buffers) {
         FUZZ_REQUIRE(GST_BUFFER_PTS(buffer.get()) == GST_BUFFER_PTS(expected->get()));
         FUZZ_REQUIRE(GST_BUFFER_DURATION(buffer.get()) == GST_BUFFER_DURATION(expected->get()));
         FUZZ_REQUIRE(gst_buffer_get_size(buffer.get()) == gst_buffer_get_size(expected->get()));

@@ -26,11 +26,7 @@ using Data = fn::AutoPtr<subtitles::SubtitleData>;
 Data loadSMI(const fn::String& text, bool withStyleSheets) {
     subtitles::SMILoader loader;
     loader.parseStyleSheets = withStyleSheets;
-    Data data(new subtitles::SubtitleData("application/x-attributed-text",
-                                          fn::AutoPtr<_GstBuffer>(),
-                                          subtitles::SubtitleData::NANOSECONDS));
-    data->buffers = loader.loadText(text);
-    return data;
+    return loader.loadText(text);
 }
 
 Data sanitized(Data data) {

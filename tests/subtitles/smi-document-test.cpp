@@ -235,11 +235,9 @@ std::string sanitizedText(const std::string& document) {
 
 std::string loadedText(const std::string& document) {
     SMILoader loader;
-    SubtitleData data("application/x-attributed-text", fn::AutoPtr<_GstBuffer>(),
-                      SubtitleData::NANOSECONDS);
-    data.buffers = loader.loadText(document);
+    const fn::AutoPtr<SubtitleData> data = loader.loadText(document);
     EXPECT_TRUE(loader.buffers.empty());
-    return describe(data);
+    return describe(*data);
 }
 
 TEST_P(SMIText, LoadsAsSanitized) {

@@ -106,12 +106,12 @@ void SMILoader::parseText(const fn::String& text) {
     makeBuffers();
 }
 
-SMILoader::Buffers SMILoader::load(const fn::String& path, const fn::String& encoding) {
+fn::AutoPtr<SubtitleData> SMILoader::load(const fn::String& path, const fn::String& encoding) {
     readText(loadString(path, encoding, loadLimit));
     return makeStream();
 }
 
-SMILoader::Buffers SMILoader::loadText(const fn::String& text) {
+fn::AutoPtr<SubtitleData> SMILoader::loadText(const fn::String& text) {
     readText(text);
     return makeStream();
 }

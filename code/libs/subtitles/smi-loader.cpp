@@ -315,12 +315,14 @@ void SMILoader::makeBuffers() {
     cues.clear();
 }
 
-SMILoader::Buffers SMILoader::makeStream() {
+fn::AutoPtr<SubtitleData> SMILoader::makeStream() {
     const auto isEarlier = [](const Cue& a, const Cue& b) { return a.start < b.start; };
     if (!std::is_sorted(cues.begin(), cues.end(), isEarlier)) {
         std::stable_sort(cues.begin(), cues.end(), isEarlier);
     }
-    Buffers stream;
+    fn::AutoPtr<SubtitleData> data(new SubtitleData(
+        "application/x-attributed-text", fn::AutoPtr<_GstBuffer>(), SubtitleData::NANOSECONDS));
+    Buffers& stream = data->buffers;
     for (auto cue = cues.begin(); cue != cues.end(); ++cue) {
         const auto next = std::next(cue);
         const GstClockTime duration =
@@ -333,7 +335,7 @@ SMILoader::Buffers SMILoader::makeStream() {
         }
     }
     cues.clear();
-    return stream;
+    return data;
 }
 
 }  // namespace subtitles

@@ -25,6 +25,7 @@
 #include "subtitles/smi-element.h"
 #include "subtitles/style-sheet-parser.h"
 #include "subtitles/style-sheet.h"
+#include "subtitles/subtitle-data.h"
 #include "subtitles/text-attributes-stack.h"
 
 namespace subtitles {
@@ -57,12 +58,12 @@ public:
     /// The buffers in the order of the document, without durations. A copy that shares them.
     Buffers getBuffers() const { return buffers; }
 
-    /// Instead of `parse`: the buffers as `SubtitleData::sanitize` leaves them. Half of a
+    /// Instead of `parse`: the stream, never null, as `SubtitleData::sanitize` leaves it. Half of a
     /// document's cues are end marks, which do not outlive that; here none becomes a buffer.
-    Buffers load(const fn::String& path, const fn::String& encoding);
+    fn::AutoPtr<SubtitleData> load(const fn::String& path, const fn::String& encoding);
 
     /// The same for a text.
-    Buffers loadText(const fn::String& text);
+    fn::AutoPtr<SubtitleData> loadText(const fn::String& text);
 
     /// One entry for each class that a paragraph has, in ascending byte order.
     std::list<LanguageEntry> getLanguages() const;
@@ -131,7 +132,7 @@ private:
 
     void appendCue(BufferBlocks::Bytes bytes);
     void makeBuffers();
-    Buffers makeStream();
+    fn::AutoPtr<SubtitleData> makeStream();
 
     RunBytes furtherRuns;          ///< Of the open sync block, behind `runs`.
     BufferBlocks blocks;           ///< Where the bytes of the buffers lie.

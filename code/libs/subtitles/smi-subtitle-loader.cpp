@@ -68,11 +68,8 @@ fn::AutoPtr<SubtitleData> SMISubtitleLoader::loadSubtitle(const SubtitleReferenc
     if (wanted != reference.loaderProperties.end()) {
         loader.wantedClass = wanted->second;
     }
-    fn::AutoPtr<SubtitleData> data(new SubtitleData(
-        "application/x-attributed-text", fn::AutoPtr<_GstBuffer>(), SubtitleData::NANOSECONDS));
-    data->buffers =
-        loader.load(reference.path, encoding.empty() ? detectEncoding(reference.path) : encoding);
-    return data;
+    return loader.load(reference.path,
+                       encoding.empty() ? detectEncoding(reference.path) : encoding);
 }
 
 }  // namespace subtitles
